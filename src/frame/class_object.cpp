@@ -1,0 +1,83 @@
+#include "frame/class_object.h"
+
+#include "expr/expression_object.h"
+#include "frame/counter_object.h"
+#include "frame/global_object.h"
+#include "frame/shared_library_object.h"
+#include "platform/automation/module.h"
+#include "platform/automation/translate.h"
+#include "platform/registration.h"
+
+namespace zepkit10 {
+namespace {
+
+template <class Class>
+Ref<ObjectCore> Create() {
+  return Ref<ObjectCore>(Make<Class>().get());
+}
+
+ClassObject class_objects[] = {
+    {kCounterClass, Create<Counter>},
+    {kExpressionClass, Create<Expression>},
+    {kGlobalClass, Create<Global>},
+};
+
+}  // namespace
+
+HRESULT ClassObject::QueryInterface(REFIID iid, void** result) {
+  if (!result) return E_POINTER;
+  const bool known = iid == IID_IUnknown || iid == IID_IClassFactory;
+  *result = known ? static_cast<IClassFactory*>(this) : nullptr;
+  if (!known) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+ULONG ClassObject::AddRef() {
+  AddModuleUse();
+  return 2;
+}
+
+ULONG ClassObject::Release() {
+  ReleaseModuleUse();
+  return 1;
+}
+
+HRESULT ClassObject::CreateInstance(IUnknown* outer, REFIID iid, void** result) {
+  if (!result) return E_POINTER;
+  *result = nullptr;
+  if (outer) return CLASS_E_NOAGGREGATION;
+  try {
+    return create_()->QueryInterface(iid, result);
+  } catch (...) {
+    return TranslateException(description_);
+  }
+}
+
+HRESULT ClassObject::LockServer(BOOL lock) {
+  lock ? AddModuleUse() : ReleaseModuleUse();
+  return S_OK;
+}
+
+std::span<ClassObject> ClassObjects() { return class_objects; }
+
+}  // namespace zepkit10
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
+  if (!result) return E_POINTER;
+  *result = nullptr;
+  for (auto& class_object : zepkit10::ClassObjects()) {
+    if (clsid == *class_object.Description().clsid) return class_object.QueryInterface(iid, result);
+  }
+  return CLASS_E_CLASSNOTAVAILABLE;
+}
+
+STDAPI DllCanUnloadNow() { return zepkit10::ModuleInUse() ? S_FALSE : S_OK; }
+
+STDAPI DllRegisterServer() {
+  const HRESULT hr = zepkit10::Register(zepkit10::ClassObjects());
+  if (FAILED(hr)) zepkit10::Unregister(zepkit10::ClassObjects());
+  return hr;
+}
+
+STDAPI DllUnregisterServer() { return zepkit10::Unregister(zepkit10::ClassObjects()); }

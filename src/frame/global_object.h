@@ -1,0 +1,24 @@
+#pragma once
+
+#include "frame/shared_library_object.h"
+#include "frame/utility_members_object.h"
+#include "global_shim.h"
+#include "platform/automation/automation_object.h"
+
+namespace zepkit10 {
+
+class Charts;
+class VarSets;
+
+/// The application object. Its objects are those of the shared `Library`.
+class Global final : public AutomationObject<Global, GlobalShim>, public UtilityMembers {
+ public:
+  Ref<zepkit10::Charts> Charts() const;
+  Ref<zepkit10::VarSets> VarSets() const;
+  Ref<Library> Zep() const;
+
+ private:
+  const UserCount user_;
+};
+
+}  // namespace zepkit10

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+#include <wrl/client.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "platform/automation/ref.h"
+#include "platform/automation/string.h"
+#include "platform/automation/variant.h"
+
+/// How the ABI's types become C++ types in a class's methods and back. `FromAbi` only looks at what the
+/// caller owns; `ToAbi` gives ownership to the caller.
+namespace zepkit10 {
+
+template <class T>
+  requires(std::is_arithmetic_v<T> || std::is_pointer_v<T>)
+T FromAbi(T value) {
+  return value;
+}
+inline std::u16string_view FromAbi(BSTR text) { return ViewOf(text); }
+inline bool FromAbi(VARIANT_BOOL flag) { return flag != VARIANT_FALSE; }
+inline const VARIANT& FromAbi(const VARIANT& value) { return value; }
+
+template <class T>
+  requires(std::is_arithmetic_v<T> || std::is_enum_v<T>)
+T ToAbi(T value) {
+  return value;
+}
+inline VARIANT_BOOL ToAbi(bool flag) { return flag ? VARIANT_TRUE : VARIANT_FALSE; }
+inline BSTR ToAbi(const std::u16string& text) { return MakeBstr(text); }
+inline VARIANT ToAbi(Variant value) { return value.Detach(); }
+
+template <class T>
+auto ToAbi(const Ref<T>& object) -> decltype(object->Abi()) {
+  if (!object) return nullptr;
+  object->AddRef();
+  return object->Abi();
+}
+
+template <class T>
+T* ToAbi(Microsoft::WRL::ComPtr<T> object) {
+  return object.Detach();
+}
+
+/// An array of Long whose lower bound is 1.
+template <std::size_t Count>
+SAFEARRAY* ToAbi(const std::array<std::int32_t, Count>& numbers) {
+  SAFEARRAY* made = SafeArrayCreateVector(VT_I4, 1, Count);
+  if (!made) throw std::bad_alloc();
+  static_assert(sizeof(std::int32_t) == sizeof(LONG));
+  CopyMemory(made->pvData, numbers.data(), sizeof numbers);
+  return made;
+}
+
+}  // namespace zepkit10

@@ -1,0 +1,286 @@
+#include "platform/automation/arguments.h"
+
+#include "platform/automation/array_conversion.h"
+#include "platform/automation/variant.h"
+
+namespace zepkit10 {
+namespace {
+
+bool IsObjectType(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
+
+bool IsAssignment(const Member& member) {
+  return (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
+}
+
+bool EndsInArray(const Member& member) {
+  return !member.parameters.empty() && (member.parameters.back().flags & kParameterArray);
+}
+
+/// Converts to an array type; nothing at all becomes an array without elements.
+HRESULT ConvertToArray(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* to) {
+  SAFEARRAY* source = nullptr;
+  if (from.vt & VT_ARRAY) {
+    source = (from.vt & VT_BYREF) ? *from.pparray : from.parray;
+  } else if (from.vt != VT_EMPTY) {
+    return DISP_E_TYPEMISMATCH;
+  }
+  const HRESULT hr = ConvertArray(source, type & VT_TYPEMASK, locale, &to->parray);
+  if (SUCCEEDED(hr)) to->vt = type;
+  return hr;
+}
+
+HRESULT Convert(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* to) {
+  if (type & VT_ARRAY) return ConvertToArray(from, type, locale, to);
+  return VariantChangeTypeEx(to, const_cast<VARIANT*>(&from), locale, 0, type);
+}
+
+/// How many bytes a variable of a type takes; 0 for a type that no typed variable has.
+ULONG SizeOf(VARTYPE type) {
+  if ((type & VT_ARRAY) || type == VT_BSTR || IsObjectType(type)) return sizeof(void*);
+  switch (type) {
+    case VT_I1:
+    case VT_UI1:
+      return 1;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL:
+      return 2;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4:
+    case VT_ERROR:
+      return 4;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_CY:
+    case VT_DATE:
+      return 8;
+    default:
+      return 0;
+  }
+}
+
+/// Replaces the value of a client's typed variable; `value` gives up what it owns.
+HRESULT Store(VARIANT* value, VARTYPE type, void* variable) {
+  const ULONG size = SizeOf(type);
+  if (size == 0) return DISP_E_TYPEMISMATCH;
+  VARIANT old;
+  old.vt = type;
+  CopyMemory(&old.byref, variable, size);
+  const HRESULT hr = VariantClear(&old);
+  if (FAILED(hr)) return hr;
+  CopyMemory(variable, &value->byref, size);
+  value->vt = VT_EMPTY;
+  return S_OK;
+}
+
+/// Replaces the value of a client's Variant. Script hosts only know arrays of Variants.
+HRESULT Replace(VARIANT* value, LCID locale, VARIANT* variable) {
+  Variant replacement;
+  if (value->vt & VT_ARRAY) {
+    const HRESULT hr = ConvertToArray(*value, VT_ARRAY | VT_VARIANT, locale, replacement.Out());
+    if (FAILED(hr)) return hr;
+  } else {
+    *replacement.Out() = *value;
+    value->vt = VT_EMPTY;
+  }
+  const HRESULT hr = VariantClear(variable);
+  if (SUCCEEDED(hr)) *variable = replacement.Detach();
+  return hr;
+}
+
+}  // namespace
+
+BoundArguments::~BoundArguments() {
+  for (std::size_t i = 0; i < bound_; ++i) {
+    if (slots_[i].own.vt != VT_EMPTY) VariantClear(&slots_[i].own);
+  }
+}
+
+HRESULT BoundArguments::Bind(const DISPPARAMS& given, UINT* fault) noexcept {
+  HRESULT hr = Assign(given, fault);
+  if (FAILED(hr)) return hr;
+  const std::size_t count = member_.parameters.size();
+  for (std::size_t i = 0; i < count; ++i) {
+    slots_[i].written_back = false;
+    slots_[i].own.vt = VT_EMPTY;
+    bound_ = i + 1;
+    hr = member_.parameters[i].flags & kParameterArray ? BindParameterArray(given) : BindParameter(i);
+    if (FAILED(hr)) {
+      *fault = slots_[i].given ? slots_[i].position : 0;
+      return hr;
+    }
+  }
+  return S_OK;
+}
+
+HRESULT BoundArguments::Assign(const DISPPARAMS& given, UINT* fault) noexcept {
+  const bool array = EndsInArray(member_);
+  const std::size_t fixed = member_.parameters.size() - (array ? 1 : 0);
+  const UINT positional = given.cArgs - given.cNamedArgs;
+  if (array && given.cNamedArgs > 0) return DISP_E_NONAMEDARGS;
+  if (given.cArgs > fixed && !array) return DISP_E_BADPARAMCOUNT;
+  for (std::size_t i = 0; i < member_.parameters.size(); ++i) slots_[i].given = nullptr;
+  for (UINT i = 0; i < positional && i < fixed; ++i) {
+    slots_[i].position = given.cArgs - 1 - i;
+    slots_[i].given = &given.rgvarg[slots_[i].position];
+  }
+  return given.cNamedArgs > 0 ? AssignNamed(given, fault) : S_OK;
+}
+
+HRESULT BoundArguments::AssignNamed(const DISPPARAMS& given, UINT* fault) noexcept {
+  const auto count = static_cast<DISPID>(member_.parameters.size());
+  for (UINT position = 0; position < given.cNamedArgs; ++position) {
+    DISPID id = given.rgdispidNamedArgs[position];
+    if (id == DISPID_PROPERTYPUT && IsAssignment(member_)) id = count - 1;
+    if (id < 0 || id >= count || slots_[id].given) {
+      *fault = position;
+      return DISP_E_PARAMNOTFOUND;
+    }
+    slots_[id].position = position;
+    slots_[id].given = &given.rgvarg[position];
+  }
+  return S_OK;
+}
+
+HRESULT BoundArguments::BindParameter(std::size_t index) noexcept {
+  const Parameter& parameter = member_.parameters[index];
+  VARIANT* given = slots_[index].given;
+  const bool by_reference = parameter.flags & kByReference;
+  if (given && given->vt == parameter.type && !by_reference && !parameter.iid) {
+    values_[index] = given;
+    return S_OK;
+  }
+  const VARIANT* followed = Follow(given);
+  if (given && !followed) return DISP_E_TYPEMISMATCH;
+  if (IsMissing(followed)) return BindMissing(index);
+  if (parameter.type == VT_VARIANT && by_reference) return BindVariantReference(index);
+  if (parameter.type == VT_VARIANT) {
+    values_[index] = const_cast<VARIANT*>(followed);
+    return S_OK;
+  }
+  return by_reference ? BindReference(index) : BindConverted(index);
+}
+
+HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
+  const Parameter& parameter = member_.parameters[index];
+  if (!(parameter.flags & kOptional)) {
+    return slots_[index].given ? DISP_E_PARAMNOTOPTIONAL : DISP_E_BADPARAMCOUNT;
+  }
+  VARIANT& own = slots_[index].own;
+  own.byref = nullptr;
+  if (parameter.type == VT_VARIANT && !(parameter.flags & kHasDefault)) {
+    own.vt = VT_ERROR;
+    own.scode = DISP_E_PARAMNOTFOUND;
+  } else if (parameter.default_value.text) {
+    own.bstrVal = SysAllocString(parameter.default_value.text);
+    if (!own.bstrVal) return E_OUTOFMEMORY;
+    own.vt = VT_BSTR;
+  } else if (parameter.type & VT_ARRAY || parameter.type == VT_BSTR || IsObjectType(parameter.type)) {
+    own.vt = parameter.type;
+  } else {
+    own.vt = VT_I4;
+    own.lVal = parameter.default_value.number;
+    if (parameter.type != VT_VARIANT) VariantChangeType(&own, &own, 0, parameter.type);
+  }
+  return UseOwn(index);
+}
+
+HRESULT BoundArguments::BindVariantReference(std::size_t index) noexcept {
+  Slot& slot = slots_[index];
+  if (slot.given->vt == (VT_BYREF | VT_VARIANT)) {
+    values_[index] = const_cast<VARIANT*>(Follow(slot.given));
+    return S_OK;
+  }
+  // A member may replace the value: never the one that the client still owns.
+  const HRESULT hr = VariantCopy(&slot.own, slot.given);
+  return FAILED(hr) ? hr : UseOwn(index);
+}
+
+HRESULT BoundArguments::BindReference(std::size_t index) noexcept {
+  const VARTYPE type = member_.parameters[index].type;
+  Slot& slot = slots_[index];
+  auto* followed = const_cast<VARIANT*>(Follow(slot.given));
+  if (followed->vt == (VT_BYREF | type)) return UseLocation(index, followed->byref);
+  if (slot.given != followed && followed->vt == type) return UseLocation(index, &followed->byref);
+  const HRESULT hr = BindConverted(index);
+  slot.written_back = SUCCEEDED(hr) && (slot.given->vt & VT_BYREF);
+  return hr;
+}
+
+HRESULT BoundArguments::BindConverted(std::size_t index) noexcept {
+  const Parameter& parameter = member_.parameters[index];
+  const VARIANT& from = *Follow(slots_[index].given);
+  if (parameter.iid) return BindObject(index, from);
+  const HRESULT hr = Convert(from, parameter.type, locale_, &slots_[index].own);
+  return FAILED(hr) ? hr : UseOwn(index);
+}
+
+HRESULT BoundArguments::BindObject(std::size_t index, const VARIANT& from) noexcept {
+  if (!IsObjectType(from.vt & ~VT_BYREF)) return DISP_E_TYPEMISMATCH;
+  IUnknown* object = (from.vt & VT_BYREF) ? *from.ppunkVal : from.punkVal;
+  void* wanted = nullptr;
+  if (object && FAILED(object->QueryInterface(*member_.parameters[index].iid, &wanted))) {
+    return DISP_E_TYPEMISMATCH;
+  }
+  slots_[index].own.vt = VT_DISPATCH;
+  slots_[index].own.pdispVal = static_cast<IDispatch*>(wanted);
+  return UseOwn(index);
+}
+
+HRESULT BoundArguments::BindParameterArray(const DISPPARAMS& given) noexcept {
+  const std::size_t index = member_.parameters.size() - 1;
+  const ULONG count = given.cArgs > index ? given.cArgs - static_cast<ULONG>(index) : 0;
+  VARIANT& own = slots_[index].own;
+  own.parray = SafeArrayCreateVector(VT_VARIANT, 0, count);
+  if (!own.parray) return E_OUTOFMEMORY;
+  own.vt = VT_ARRAY | VT_VARIANT;
+  auto* elements = static_cast<VARIANT*>(own.parray->pvData);
+  for (ULONG i = 0; i < count; ++i) {
+    const HRESULT hr = VariantCopy(&elements[i], &given.rgvarg[count - 1 - i]);
+    if (FAILED(hr)) return hr;
+  }
+  return UseOwn(index);
+}
+
+HRESULT BoundArguments::UseOwn(std::size_t index) noexcept {
+  const Parameter& parameter = member_.parameters[index];
+  if ((parameter.flags & kByReference) && parameter.type != VT_VARIANT) {
+    return UseLocation(index, &slots_[index].own.byref);
+  }
+  values_[index] = &slots_[index].own;
+  return S_OK;
+}
+
+HRESULT BoundArguments::UseLocation(std::size_t index, void* location) noexcept {
+  slots_[index].reference.byref = location;
+  values_[index] = &slots_[index].reference;
+  return S_OK;
+}
+
+HRESULT BoundArguments::WriteBack(UINT* fault) noexcept {
+  for (std::size_t i = 0; i < bound_; ++i) {
+    Slot& slot = slots_[i];
+    if (!slot.written_back) continue;
+    auto* variable = const_cast<VARIANT*>(Follow(slot.given));
+    HRESULT hr = DISP_E_TYPEMISMATCH;
+    if (variable && (variable->vt & VT_BYREF)) {
+      const VARTYPE type = variable->vt & ~VT_BYREF;
+      Variant converted;
+      hr = Convert(slot.own, type, locale_, converted.Out());
+      if (SUCCEEDED(hr)) hr = Store(converted.Out(), type, variable->byref);
+    } else if (variable) {
+      hr = Replace(&slot.own, locale_, variable);
+    }
+    if (FAILED(hr)) {
+      *fault = slot.position;
+      return hr;
+    }
+  }
+  return S_OK;
+}
+
+}  // namespace zepkit10

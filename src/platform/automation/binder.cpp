@@ -1,0 +1,198 @@
+#include "platform/automation/binder.h"
+
+#include <wrl/client.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "platform/automation/arguments.h"
+#include "platform/automation/module.h"
+#include "platform/automation/object_core.h"
+#include "platform/automation/variant.h"
+
+namespace zepkit10 {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr WORD kAssignment = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
+
+wchar_t Fold(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c; }
+
+/// Names of members and parameters are ASCII; their letter case does not matter.
+bool SameName(const wchar_t* left, const wchar_t* right) {
+  for (; Fold(*left) == Fold(*right); ++left, ++right) {
+    if (!*left) return true;
+  }
+  return false;
+}
+
+bool WellFormed(const DISPPARAMS* given) {
+  return given && given->cNamedArgs <= given->cArgs && (given->rgvarg || given->cArgs == 0) &&
+         (given->rgdispidNamedArgs || given->cNamedArgs == 0);
+}
+
+const Member* Find(const ClassDescription& description, DISPID id, WORD kinds) {
+  for (const Member& member : description.members) {
+    if (member.id == id && (member.kind & kinds)) return &member;
+  }
+  return nullptr;
+}
+
+bool AssignsObject(const DISPPARAMS& given) {
+  if (given.cArgs == 0) return false;
+  const VARIANT* value = Follow(&given.rgvarg[0]);
+  const VARTYPE type = value ? value->vt & ~VT_BYREF : VT_EMPTY;
+  return type == VT_DISPATCH || type == VT_UNKNOWN;
+}
+
+/// An object may be assigned with or without Set: clients without that distinction exist.
+const Member* FindCalled(const ClassDescription& description, const Invocation& call) {
+  if (!(call.flags & kAssignment)) return Find(description, call.id, call.flags);
+  if (AssignsObject(*call.parameters)) {
+    if (const Member* setter = Find(description, call.id, INVOKE_PROPERTYPUTREF)) return setter;
+  }
+  return Find(description, call.id, call.flags & kAssignment);
+}
+
+HRESULT Report(HRESULT failure, EXCEPINFO* exception) {
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, &info) != S_OK) return failure;
+  if (exception) {
+    *exception = {};
+    exception->scode = failure;
+    info->GetSource(&exception->bstrSource);
+    info->GetDescription(&exception->bstrDescription);
+  }
+  return DISP_E_EXCEPTION;
+}
+
+HRESULT CallMember(ObjectCore& object, const Member& member, const Invocation& call) {
+  BoundArguments arguments(member, call.locale);
+  UINT fault = 0;
+  HRESULT hr = arguments.Bind(*call.parameters, &fault);
+  if (SUCCEEDED(hr)) {
+    VARIANT unwanted;
+    VARIANT* result = call.result ? call.result : &unwanted;
+    result->vt = member.result == VT_VARIANT ? static_cast<VARTYPE>(VT_EMPTY) : member.result;
+    hr = member.call(object.Dispatch(), arguments.Values(), result);
+    if (FAILED(hr)) {
+      result->vt = VT_EMPTY;
+      return Report(hr, call.exception);
+    }
+    if (!call.result) VariantClear(&unwanted);
+    hr = arguments.WriteBack(&fault);
+  }
+  if (FAILED(hr) && call.argument) *call.argument = fault;
+  return hr;
+}
+
+HRESULT ElementOf(SAFEARRAY* array, const DISPPARAMS& given, LCID locale, VARIANT* result) {
+  constexpr UINT kMaxDimensions = 60;
+  LONG indexes[kMaxDimensions];
+  if (SafeArrayGetDim(array) != given.cArgs || given.cArgs > kMaxDimensions) {
+    return DISP_E_BADPARAMCOUNT;
+  }
+  for (UINT i = 0; i < given.cArgs; ++i) {
+    Variant index;
+    const HRESULT hr = VariantChangeTypeEx(index.Out(), &given.rgvarg[i], locale, 0, VT_I4);
+    if (FAILED(hr)) return hr;
+    indexes[i] = index.get().lVal;
+  }
+  VARTYPE type = VT_EMPTY;
+  HRESULT hr = SafeArrayGetVartype(array, &type);
+  if (FAILED(hr)) return hr;
+  Variant element;
+  hr = SafeArrayGetElement(array, indexes,
+                           type == VT_VARIANT ? static_cast<void*>(element.Out()) : &element.Out()->byref);
+  if (FAILED(hr)) return hr;
+  if (type != VT_VARIANT) element.Out()->vt = type;
+  if (result) *result = element.Detach();
+  return S_OK;
+}
+
+/// Reads a property with the given arguments, as a step of a longer expression.
+HRESULT ReadProperty(ObjectCore& object, const Member& member, const Invocation& call,
+                     DISPPARAMS* arguments, VARIANT* held) {
+  return CallMember(object, member, {call.id, call.iid, call.locale, DISPATCH_PROPERTYGET, arguments,
+                                     held, call.exception, call.argument});
+}
+
+/// object.Property(arguments) where the property takes none: they are meant for what it holds.
+HRESULT ReadThroughProperty(ObjectCore& object, const Member& member, const Invocation& call) {
+  DISPPARAMS none{};
+  Variant held;
+  const HRESULT hr = ReadProperty(object, member, call, &none, held.Out());
+  if (FAILED(hr)) return hr;
+  const VARIANT& value = held.get();
+  if (value.vt & VT_ARRAY) return ElementOf(value.parray, *call.parameters, call.locale, call.result);
+  if (value.vt != VT_DISPATCH || !value.pdispVal) return DISP_E_BADPARAMCOUNT;
+  return value.pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, call.flags, call.parameters,
+                                call.result, call.exception, call.argument);
+}
+
+/// object.Property(arguments) = value where the property has no setter: the value is meant for the
+/// default member of the object that it holds.
+HRESULT AssignThroughProperty(ObjectCore& object, const Invocation& call) {
+  const DISPPARAMS& given = *call.parameters;
+  const Member* getter = Find(object.Description(), call.id, INVOKE_PROPERTYGET);
+  const bool plain = (call.flags & DISPATCH_PROPERTYPUT) && given.cNamedArgs == 1 &&
+                     given.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
+  if (!getter || getter->result != VT_DISPATCH || !plain) return DISP_E_MEMBERNOTFOUND;
+  DISPPARAMS arguments{given.rgvarg + 1, nullptr, given.cArgs - 1, 0};
+  Variant held;
+  const HRESULT hr = ReadProperty(object, *getter, call, &arguments, held.Out());
+  if (FAILED(hr)) return hr;
+  if (!held.get().pdispVal) return DISP_E_MEMBERNOTFOUND;
+  DISPPARAMS assigned{given.rgvarg, given.rgdispidNamedArgs, 1, 1};
+  return held.get().pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, DISPATCH_PROPERTYPUT,
+                                     &assigned, call.result, call.exception, call.argument);
+}
+
+bool HoldsDefaultMember(const Member& member) {
+  return member.kind == INVOKE_PROPERTYGET && member.parameters.empty() &&
+         (member.result == VT_DISPATCH || (member.result & VT_ARRAY));
+}
+
+}  // namespace
+
+HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept {
+  if (call.result) VariantInit(call.result);
+  if (call.iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!WellFormed(call.parameters)) return E_INVALIDARG;
+  const Member* member = FindCalled(object.Description(), call);
+  if (!member) {
+    return call.flags & kAssignment ? AssignThroughProperty(object, call) : DISP_E_MEMBERNOTFOUND;
+  }
+  if (call.parameters->cArgs > 0 && HoldsDefaultMember(*member)) {
+    return ReadThroughProperty(object, *member, call);
+  }
+  return CallMember(object, *member, call);
+}
+
+HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* names, UINT count,
+                  DISPID* ids) noexcept {
+  if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
+  if (!names || !ids || count == 0) return E_INVALIDARG;
+  std::fill_n(ids, count, DISPID_UNKNOWN);
+  for (const Member& member : description.members) {
+    if (!names[0] || !SameName(member.name, names[0])) continue;
+    ids[0] = member.id;
+    for (UINT i = 1; i < count; ++i) {
+      for (std::size_t p = 0; p < member.parameters.size(); ++p) {
+        if (names[i] && SameName(member.parameters[p].name, names[i])) ids[i] = static_cast<DISPID>(p);
+      }
+    }
+  }
+  return std::find(ids, ids + count, DISPID_UNKNOWN) == ids + count ? S_OK : DISP_E_UNKNOWNNAME;
+}
+
+HRESULT GetInterfaceTypeInfo(const ClassDescription& description, UINT index,
+                             ITypeInfo** result) noexcept {
+  if (!result) return E_POINTER;
+  *result = nullptr;
+  if (index != 0) return DISP_E_BADINDEX;
+  return LoadOwnTypeInfo(*description.default_interface, result);
+}
+
+}  // namespace zepkit10

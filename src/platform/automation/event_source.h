@@ -1,0 +1,110 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+#include <ocidl.h>
+#include <wrl/client.h>
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "platform/automation/string.h"
+
+namespace zepkit10 {
+
+class ObjectCore;
+
+/// The connection point of a class with events. The generated proxies derive from it and raise each
+/// event with `Raise`.
+///
+/// Firing goes over a snapshot of the sinks: a handler may advise, unadvise, call back in, drop the
+/// last reference to the source or fail without disturbing the others. What a handler returns is its
+/// own affair.
+class EventSource : public IConnectionPointContainer {
+ public:
+  explicit EventSource(ObjectCore& owner) : owner_(owner), point_(*this) {}
+  EventSource(const EventSource&) = delete;
+  EventSource& operator=(const EventSource&) = delete;
+
+  /// True where anyone listens.
+  bool HasSinks() const { return !sinks_->empty(); }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override;
+  ULONG STDMETHODCALLTYPE AddRef() override;
+  ULONG STDMETHODCALLTYPE Release() override;
+  HRESULT STDMETHODCALLTYPE EnumConnectionPoints(IEnumConnectionPoints** result) override;
+  HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** result) override;
+
+ protected:
+  ~EventSource() = default;
+
+  template <class... Arguments>
+  void Raise(DISPID event, Arguments&&... arguments);
+
+ private:
+  struct Sink {
+    DWORD cookie;
+    Microsoft::WRL::ComPtr<IDispatch> target;
+  };
+  using Sinks = std::vector<Sink>;
+
+  /// The one connection point; it has an identity of its own but lives and dies with the owner.
+  class Point final : public IConnectionPoint {
+   public:
+    explicit Point(EventSource& source) : source_(source) {}
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override;
+    ULONG STDMETHODCALLTYPE AddRef() override { return source_.AddRef(); }
+    ULONG STDMETHODCALLTYPE Release() override { return source_.Release(); }
+    HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* result) override;
+    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(
+        IConnectionPointContainer** result) override;
+    HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
+    HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
+    HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** result) override;
+
+   private:
+    EventSource& source_;
+  };
+
+  void Fire(DISPID event, VARIANT* arguments, UINT count) const noexcept;
+
+  ObjectCore& owner_;
+  Point point_;
+  std::shared_ptr<const Sinks> sinks_ = std::make_shared<Sinks>();
+  DWORD last_cookie_ = 0;
+};
+
+namespace event_argument {
+
+inline void Set(VARIANT& to, std::int32_t value) { to.vt = VT_I4, to.lVal = value; }
+inline void Set(VARIANT& to, std::int16_t value) { to.vt = VT_I2, to.iVal = value; }
+inline void Set(VARIANT& to, double value) { to.vt = VT_R8, to.dblVal = value; }
+inline void Set(VARIANT& to, IDispatch* value) { to.vt = VT_DISPATCH, to.pdispVal = value; }
+inline void Set(VARIANT& to, std::u16string_view value) {
+  to.bstrVal = MakeBstr(value);
+  to.vt = VT_BSTR;
+}
+
+}  // namespace event_argument
+
+template <class... Arguments>
+void EventSource::Raise(DISPID event, Arguments&&... arguments) {
+  if (!HasSinks()) return;
+  constexpr UINT kCount = sizeof...(Arguments);
+  // Automation passes arguments last first.
+  struct Values {
+    VARIANT items[kCount ? kCount : 1] = {};
+    ~Values() {
+      for (VARIANT& item : items) {
+        if (item.vt == VT_BSTR) SysFreeString(item.bstrVal);
+      }
+    }
+  } values;
+  UINT position = kCount;
+  (event_argument::Set(values.items[--position], arguments), ...);
+  Fire(event, values.items, kCount);
+}
+
+}  // namespace zepkit10

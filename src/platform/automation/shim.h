@@ -1,0 +1,83 @@
+#pragma once
+
+#include "enums.h"
+#include "platform/automation/abi.h"
+#include "platform/automation/binder.h"
+#include "platform/automation/object_core.h"
+#include "platform/automation/translate.h"
+
+namespace zepkit10 {
+
+/// What all vtables of our objects have in common: IUnknown, IDispatch, and the guard around each
+/// call. Object is the class behind the vtable; it owns the shim.
+template <class Object, class Interface_>
+class Shim : public Interface_ {
+ public:
+  using Interface = Interface_;
+
+  explicit Shim(Object& object) : object_(object) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+    return object_.QueryInterface(iid, result);
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return object_.AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return object_.Release(); }
+
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
+    if (!count) return E_POINTER;
+    *count = 1;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo** result) override {
+    return GetInterfaceTypeInfo(object_.Description(), index, result);
+  }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID,
+                                          DISPID* ids) override {
+    return FindNames(object_.Description(), iid, names, count, ids);
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
+                                   DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                                   UINT* argument) override {
+    const Keeper keeper(object_);
+    return InvokeMember(object_, {id, iid, locale, flags, parameters, result, exception, argument});
+  }
+
+ protected:
+  /// Runs a member without a result. No exception passes.
+  template <class Body>
+  HRESULT Call(Body&& body) noexcept {
+    const Keeper keeper(object_);
+    try {
+      body(object_);
+      return S_OK;
+    } catch (...) {
+      return TranslateException(object_.Description());
+    }
+  }
+
+  /// Runs a member with a result, which is cleared unless the member succeeds.
+  template <class Result, class Body>
+  HRESULT Get(Result* result, Body&& body) noexcept {
+    if (!result) return Refuse(E_POINTER);
+    *result = Result{};
+    return Call([&](Object& object) { *result = ToAbi(body(object)); });
+  }
+
+ private:
+  /// Keeps the object alive for the length of a call: a handler may drop the client's last
+  /// reference.
+  class Keeper {
+   public:
+    explicit Keeper(Object& object) : object_(object) { object_.AddRef(); }
+    ~Keeper() { object_.Release(); }
+    Keeper(const Keeper&) = delete;
+    Keeper& operator=(const Keeper&) = delete;
+
+   private:
+    Object& object_;
+  };
+
+  Object& object_;
+};
+
+}  // namespace zepkit10

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <new>
+#include <optional>
+#include <string_view>
+#include <utility>
+
+#include "platform/automation/string.h"
+
+namespace zepkit10 {
+
+/// An automation value that owns what it holds.
+class Variant {
+ public:
+  Variant() noexcept { VariantInit(&value_); }
+  explicit Variant(std::int32_t number) noexcept : Variant() {
+    value_.vt = VT_I4;
+    value_.lVal = number;
+  }
+  explicit Variant(double number) noexcept : Variant() {
+    value_.vt = VT_R8;
+    value_.dblVal = number;
+  }
+  explicit Variant(std::u16string_view text) : Variant() {
+    value_.bstrVal = MakeBstr(text);
+    value_.vt = VT_BSTR;
+  }
+  Variant(Variant&& other) noexcept : value_(other.Detach()) {}
+  Variant& operator=(Variant&& other) noexcept {
+    std::swap(value_, other.value_);
+    return *this;
+  }
+  ~Variant() { VariantClear(&value_); }
+
+  const VARIANT& get() const { return value_; }
+  /// For platform functions that fill or replace a value.
+  VARIANT* Out() { return &value_; }
+  VARIANT Detach() noexcept {
+    VARIANT value = value_;
+    VariantInit(&value_);
+    return value;
+  }
+
+ private:
+  VARIANT value_;
+};
+
+/// The value behind by-reference Variants; null where one points nowhere or to itself.
+const VARIANT* Follow(const VARIANT* value) noexcept;
+
+/// True where an optional Variant parameter was left out.
+inline bool IsMissing(const VARIANT* value) {
+  return !value || (value->vt == VT_ERROR && value->scode == DISP_E_PARAMNOTFOUND);
+}
+
+/// A 16- or 32-bit integer, by value or by reference; nothing for any other type.
+std::optional<std::int32_t> IntegerOf(const VARIANT& value) noexcept;
+
+/// A string, by value or by reference; nothing for any other type. Valid as long as the value.
+std::optional<std::u16string_view> TextOf(const VARIANT& value) noexcept;
+
+/// The value converted to text as the platform converts it for the user.
+std::optional<std::u16string> ConvertToText(const VARIANT& value);
+
+}  // namespace zepkit10

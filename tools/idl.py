@@ -1,0 +1,233 @@
+"""Reads the regular style in which this project writes its IDL into plain Python values.
+
+Not a general IDL parser: one library block; enumerations, dual interfaces, dispinterfaces and
+coclasses; every attribute in one bracket before what it describes.
+"""
+import re
+from dataclasses import dataclass, field
+
+TOKEN = re.compile(r'\s+|//[^\n]*|/\*.*?\*/|("(?:[^"\\]|\\.)*"|[A-Za-z_]\w*|0[xX][0-9A-Fa-f]+|[0-9][\w.-]*|.)',
+                   re.S)
+
+
+@dataclass
+class Parameter:
+    name: str
+    type: str          # "long", "BSTR", "_VarSet", "SAFEARRAY(long)" …, without asterisks
+    stars: int
+    attributes: dict
+
+    @property
+    def is_result(self):
+        return 'retval' in self.attributes
+
+
+@dataclass
+class Member:
+    name: str
+    kind: str          # "func", "propget", "propput", "propputref"
+    id: int
+    vararg: bool
+    parameters: list
+
+    @property
+    def result(self):
+        last = self.parameters[-1] if self.parameters else None
+        return last if last and last.is_result else None
+
+    @property
+    def arguments(self):
+        return [p for p in self.parameters if not p.is_result]
+
+
+@dataclass
+class Interface:
+    name: str
+    members: list
+
+
+@dataclass
+class Coclass:
+    name: str
+    default: str = ''
+    events: str = ''
+    creatable: bool = True
+
+
+@dataclass
+class Library:
+    name: str = ''
+    enumerations: dict = field(default_factory=dict)   # name -> [(constant, value)]
+    interfaces: dict = field(default_factory=dict)     # dual interfaces by name
+    events: dict = field(default_factory=dict)         # dispinterfaces by name
+    coclasses: list = field(default_factory=list)
+
+
+class Reader:
+    def __init__(self, text):
+        self.tokens = [t for t in TOKEN.findall(text) if t]
+        self.position = 0
+
+    def peek(self):
+        return self.tokens[self.position] if self.position < len(self.tokens) else ''
+
+    def next(self, expected=None):
+        token = self.peek()
+        if expected is not None and token != expected:
+            near = ' '.join(self.tokens[max(0, self.position - 8):self.position + 3])
+            raise SyntaxError(f'expected {expected!r}, found {token!r} near: {near}')
+        self.position += 1
+        return token
+
+    def skip_to(self, token):
+        while self.next() != token:
+            pass
+
+    def attributes(self):
+        """[a, b(1), c("x")] -> {'a': '', 'b': '1', 'c': '"x"'}"""
+        found = {}
+        if self.peek() != '[':
+            return found
+        self.next('[')
+        while self.peek() != ']':
+            name, value = self.next(), ''
+            if self.peek() == '(':
+                self.next('(')
+                while self.peek() != ')':
+                    value += self.next()
+                self.next(')')
+            found[name] = value
+            if self.peek() == ',':
+                self.next(',')
+        self.next(']')
+        return found
+
+    def type(self):
+        name = self.next()
+        if name in ('enum', 'unsigned'):
+            name = self.next() if name == 'enum' else f'unsigned {self.next()}'
+        if name == 'SAFEARRAY':
+            self.next('(')
+            name = f'SAFEARRAY({self.type()[0]})'
+            self.next(')')
+        stars = 0
+        while self.peek() == '*':
+            self.next()
+            stars += 1
+        return name, stars
+
+    def parameter(self):
+        attributes = self.attributes()
+        kind, stars = self.type()
+        return Parameter(self.next(), kind, stars, attributes)
+
+    def member(self):
+        attributes = self.attributes()
+        self.type()
+        name = self.next()
+        self.next('(')
+        parameters = []
+        while self.peek() != ')':
+            if self.peek() == 'void':
+                self.next()
+                continue
+            parameters.append(self.parameter())
+            if self.peek() == ',':
+                self.next()
+        self.next(')')
+        self.next(';')
+        kind = next((k for k in ('propget', 'propputref', 'propput') if k in attributes), 'func')
+        return Member(name, kind, integer(attributes['id']), 'vararg' in attributes, parameters)
+
+    def members(self):
+        self.next('{')
+        found = []
+        while self.peek() != '}':
+            if self.peek() in ('properties', 'methods'):
+                self.next()
+                self.next(':')
+                continue
+            found.append(self.member())
+        self.next('}')
+        self.next(';')
+        return found
+
+
+def integer(text):
+    named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
+    return named[text] if text in named else int(text, 0)
+
+
+def read_enumeration(reader):
+    reader.next('enum')
+    name = reader.next()
+    reader.next('{')
+    constants, value = [], -1
+    while reader.peek() != '}':
+        constant = reader.next()
+        value += 1
+        if reader.peek() == '=':
+            reader.next()
+            text = ''
+            while reader.peek() not in (',', '}'):
+                text += reader.next()
+            named = dict(constants)
+            value = named[text] if text in named else int(text.strip('()'), 0)
+        constants.append((constant, value - (1 << 32) if value >= 1 << 31 else value))
+        if reader.peek() == ',':
+            reader.next()
+    reader.skip_to(';')
+    return name, constants
+
+
+def read_coclass(reader, attributes):
+    found = Coclass(reader.next(), creatable='noncreatable' not in attributes)
+    reader.next('{')
+    while reader.peek() != '}':
+        entry = reader.attributes()
+        reader.next()
+        name = reader.next()
+        reader.next(';')
+        if 'source' in entry:
+            found.events = name
+        elif 'default' in entry:
+            found.default = name
+    reader.next('}')
+    reader.next(';')
+    return found
+
+
+def read_library(text):
+    reader, library = Reader(text), Library()
+    while reader.peek() == 'import':
+        reader.skip_to(';')
+    reader.attributes()
+    reader.next('library')
+    library.name = reader.next()
+    reader.next('{')
+    while reader.peek() != '}':
+        attributes = reader.attributes()
+        keyword = reader.next()
+        if keyword == 'importlib':
+            reader.skip_to(';')
+        elif keyword == 'typedef':
+            name, constants = read_enumeration(reader)
+            library.enumerations[name] = constants
+        elif keyword in ('interface', 'dispinterface'):
+            name = reader.next()
+            if reader.peek() == ';':
+                reader.next()
+                continue
+            if reader.peek() == ':':
+                reader.next()
+                reader.next()
+            target = library.interfaces if keyword == 'interface' else library.events
+            target[name] = Interface(name, reader.members())
+        elif keyword == 'coclass':
+            if reader.tokens[reader.position + 1] == ';':
+                reader.skip_to(';')
+            else:
+                library.coclasses.append(read_coclass(reader, attributes))
+        else:
+            raise SyntaxError(f'unexpected {keyword!r} in the library block')
+    return library
