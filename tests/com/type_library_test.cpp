@@ -22,7 +22,7 @@ constexpr const char* kUpdateVariable = "ZEPKIT10_UPDATE_GOLDEN";
 class TypeLibrary : public ::testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_EQ(S_OK, LoadTypeLibEx(ComponentPath().c_str(), REGKIND_NONE, &library_));
+    ASSERT_EQ(S_OK, LoadTypeLibEx(component::ComponentPath().c_str(), REGKIND_NONE, &library_));
   }
 
   ComPtr<ITypeInfo> TypeAt(UINT position) {

@@ -1,0 +1,69 @@
+#include "com/component.h"
+
+#include "frame/shared_library_object.h"
+#include "platform/automation/module.h"
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result);
+STDAPI DllCanUnloadNow();
+
+namespace component {
+namespace {
+
+/// The path after --dll=, or empty.
+std::wstring DllPath() {
+  const std::wstring option = L"--dll=";
+  for (int i = 1; i < __argc; ++i) {
+    const std::string narrow = __argv[i];
+    const std::wstring argument(narrow.begin(), narrow.end());
+    if (argument.starts_with(option)) return argument.substr(option.size());
+  }
+  return {};
+}
+
+HMODULE Dll() {
+  static const HMODULE loaded = LoadLibraryW(DllPath().c_str());
+  return loaded;
+}
+
+template <class Function>
+Function* Export(const char* name) {
+  return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(Dll(), name)));
+}
+
+}  // namespace
+
+bool IsLinked() {
+  static const bool linked = DllPath().empty();
+  return linked;
+}
+
+std::wstring ComponentPath() {
+  wchar_t path[MAX_PATH];
+  GetModuleFileNameW(IsLinked() ? nullptr : Dll(), path, MAX_PATH);
+  return path;
+}
+
+HRESULT GetClassObject(REFCLSID clsid, REFIID iid, void** result) {
+  if (IsLinked()) return DllGetClassObject(clsid, iid, result);
+  return Export<decltype(DllGetClassObject)>("DllGetClassObject")(clsid, iid, result);
+}
+
+HRESULT CanUnloadNow() {
+  if (IsLinked()) return DllCanUnloadNow();
+  return Export<decltype(DllCanUnloadNow)>("DllCanUnloadNow")();
+}
+
+HRESULT CreateInstance(REFCLSID clsid, REFIID iid, void** result) {
+  Microsoft::WRL::ComPtr<IClassFactory> factory;
+  const HRESULT hr = GetClassObject(clsid, IID_PPV_ARGS(&factory));
+  return FAILED(hr) ? hr : factory->CreateInstance(nullptr, iid, result);
+}
+
+Test::~Test() {
+  EXPECT_EQ(S_OK, CanUnloadNow()) << "a client's reference is left";
+  if (!IsLinked()) return;
+  zepkit10::EndApartment();
+  EXPECT_EQ(0, zepkit10::LiveObjects()) << "objects are left";
+}
+
+}  // namespace component
