@@ -6,6 +6,10 @@
 
 namespace zepkit10 {
 
+Global::Global() = default;
+
+Global::~Global() = default;
+
 Ref<Charts> Global::Charts() const { return GetSharedLibrary()->Charts(); }
 
 Ref<VarSets> Global::VarSets() const { return GetSharedLibrary()->VarSets(); }

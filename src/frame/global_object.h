@@ -13,6 +13,9 @@ class VarSets;
 /// The application object. Its objects are those of the shared `Library`.
 class Global final : public AutomationObject<Global, GlobalShim>, public UtilityMembers {
  public:
+  Global();
+  ~Global() override;
+
   Ref<zepkit10::Charts> Charts() const;
   Ref<zepkit10::VarSets> VarSets() const;
   Ref<Library> Zep() const;
