@@ -33,8 +33,8 @@ class Value {
     if (object) object->AddRef();
   }
   /// Takes a value of any other type as it stands, references included.
-  explicit Value(const VARIANT& value) : Value() { VariantCopy(&value_, &value); }
-  Value(const Value& other) : Value() { VariantCopy(&value_, &other.value_); }
+  explicit Value(const VARIANT& value) : Value() { VariantCopy(&value_, const_cast<VARIANT*>(&value)); }
+  Value(const Value& other) : Value(other.value_) {}
   Value(Value&& other) noexcept : value_(std::exchange(other.value_, VARIANT{})) {}
   Value& operator=(Value other) noexcept {
     std::swap(value_, other.value_);

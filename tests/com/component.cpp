@@ -59,11 +59,14 @@ HRESULT CreateInstance(REFCLSID clsid, REFIID iid, void** result) {
   return FAILED(hr) ? hr : factory->CreateInstance(nullptr, iid, result);
 }
 
+Test::Test()
+    : unloadable_at_start_(CanUnloadNow()), live_at_start_(IsLinked() ? zepkit10::LiveObjects() : 0) {}
+
 Test::~Test() {
-  EXPECT_EQ(S_OK, CanUnloadNow()) << "a client's reference is left";
+  EXPECT_EQ(unloadable_at_start_, CanUnloadNow()) << "a client's reference is left";
   if (!IsLinked()) return;
   zepkit10::EndApartment();
-  EXPECT_EQ(0, zepkit10::LiveObjects()) << "objects are left";
+  EXPECT_EQ(live_at_start_, zepkit10::LiveObjects()) << "objects are left";
 }
 
 }  // namespace component

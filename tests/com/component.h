@@ -34,10 +34,15 @@ Microsoft::WRL::ComPtr<Interface> Create(REFCLSID clsid) {
 
 /// Every test ends with nothing of the component alive: no object that a client holds and, once the
 /// apartment's shared library is gone, no object at all. Looked at in the destructor, after those of
-/// the members of a test's own fixture.
+/// the members of a test's own fixture; what an earlier test left is held against that test alone.
 class Test : public testing::Test {
  protected:
+  Test();
   ~Test() override;
+
+ private:
+  const HRESULT unloadable_at_start_;
+  const long live_at_start_;
 };
 
 }  // namespace component
