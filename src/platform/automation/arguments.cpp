@@ -220,8 +220,9 @@ HRESULT BoundArguments::BindConverted(std::size_t index) noexcept {
 }
 
 HRESULT BoundArguments::BindObject(std::size_t index, const VARIANT& from) noexcept {
-  if (!IsObjectType(from.vt & ~VT_BYREF)) return DISP_E_TYPEMISMATCH;
-  IUnknown* object = (from.vt & VT_BYREF) ? *from.ppunkVal : from.punkVal;
+  // Null is how clients without a typed Nothing say it.
+  if (!IsObjectType(from.vt & ~VT_BYREF) && from.vt != VT_NULL) return DISP_E_TYPEMISMATCH;
+  IUnknown* object = from.vt == VT_NULL ? nullptr : (from.vt & VT_BYREF) ? *from.ppunkVal : from.punkVal;
   void* wanted = nullptr;
   if (object && FAILED(object->QueryInterface(*member_.parameters[index].iid, &wanted))) {
     return DISP_E_TYPEMISMATCH;

@@ -43,7 +43,7 @@ bool AssignsObject(const DISPPARAMS& given) {
   if (given.cArgs == 0) return false;
   const VARIANT* value = Follow(&given.rgvarg[0]);
   const VARTYPE type = value ? value->vt & ~VT_BYREF : VT_EMPTY;
-  return type == VT_DISPATCH || type == VT_UNKNOWN;
+  return type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_NULL;
 }
 
 /// An object may be assigned with or without Set: clients without that distinction exist.
