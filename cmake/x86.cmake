@@ -1,0 +1,10 @@
+# 32-bit Windows, by Debian's mingw-w64 with POSIX threads (which std::thread and thread_local need).
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86)
+set(CMAKE_C_COMPILER i686-w64-mingw32-gcc-posix)
+set(CMAKE_CXX_COMPILER i686-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER i686-w64-mingw32-windres)
+set(ZEPKIT10_MESSAGE_COMPILER i686-w64-mingw32-windmc)
+set(ZEPKIT10_WIDL_FLAGS -m32 --win32)
+set(CMAKE_FIND_ROOT_PATH /usr/i686-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
