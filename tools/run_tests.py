@@ -21,6 +21,10 @@ WINE = str(ROOT / 'tools/wine.sh')
 TIME_LIMIT = 300  # seconds for one program
 
 
+class BuildFailed(Exception):
+    pass
+
+
 class Run:
     """One run of suites: what is built, what passed, what failed."""
 
@@ -28,21 +32,28 @@ class Run:
         self.gtest_filter = gtest_filter
         self.built, self.passed, self.failures, self.skipped = {}, 0, [], []
 
-    def add(self, suite, results):
-        for result in results:
-            if result.outcome == 'passed':
-                self.passed += 1
-            elif result.outcome == 'skipped':
-                self.skipped.append(f'{suite}: {result.name}')
-            else:
-                self.failures.append((suite, result))
+    def add(self, suite):
+        try:
+            for result in SUITES[suite](self):
+                self.count(suite, result)
+        except BuildFailed as failure:
+            self.count(suite, Result('build', 'failed', str(failure)))
 
-    def build(self, preset, *targets):
-        """Once for every preset and targets; whether it worked."""
-        if (preset, targets) not in self.built:
-            command = [str(ROOT / 'tools/build.sh'), preset, *targets]
-            self.built[preset, targets] = subprocess.run(command, check=False).returncode == 0
-        return self.built[preset, targets]
+    def count(self, suite, result):
+        if result.outcome == 'passed':
+            self.passed += 1
+        elif result.outcome == 'skipped':
+            self.skipped.append(f'{suite}: {result.name}')
+        else:
+            self.failures.append((suite, result))
+
+    def build(self, preset):
+        """Builds all of a preset, the first time it is asked to."""
+        if preset not in self.built:
+            command = [str(ROOT / 'tools/build.sh'), preset]
+            self.built[preset] = subprocess.run(command, check=False).returncode == 0
+        if not self.built[preset]:
+            raise BuildFailed(f'building {preset} failed, see above')
 
     def program(self, command, **environment):
         """Output (both streams) and exit code; 124 after the time limit."""
@@ -80,16 +91,13 @@ def tools(run):
 
 
 def unit(run):
-    if not run.build('native'):
-        return [Result('build', 'failed')]
+    run.build('native')
     return run.googletest([str(BUILD / 'native/unit_tests')])
 
 
 def fuzz(run):
     """Replays every corpus."""
-    if not run.build('native'):
-        yield Result('build', 'failed')
-        return
+    run.build('native')
     for source in sorted((ROOT / 'tests/fuzz').glob('*_fuzz.cpp')):
         corpus = ROOT / 'tests/fuzz/corpus' / source.stem.removesuffix('_fuzz')
         for result in program_results(*run.program([str(BUILD / 'native' / source.stem), str(corpus)])):
@@ -97,23 +105,19 @@ def fuzz(run):
 
 
 def windows_unit(run):
-    if not run.build('x64'):
-        return [Result('build', 'failed')]
+    run.build('x64')
     return run.googletest([WINE, 'english', str(BUILD / 'x64/unit_tests.exe')])
 
 
 def com_suite(user, gtest_filter, *arguments):
     def suite(run):
-        if not run.build('x64'):
-            return [Result('build', 'failed')]
+        run.build('x64')
         return run.googletest([WINE, user, str(BUILD / 'x64/com_tests.exe'), *arguments], gtest_filter)
     return suite
 
 
 def script(run):
-    if not run.build('x64'):
-        yield Result('build', 'failed')
-        return
+    run.build('x64')
     dll = str(BUILD / 'x64/zepkit10.dll')
     output, code = run.program([WINE, 'english', 'regsvr32', '/s', dll])
     if code:
@@ -130,14 +134,13 @@ def script(run):
 def binary(run):
     """The files for both bitnesses, and that everything builds for 32 bits too."""
     for preset in ('x64', 'x86'):
-        outcome = 'passed' if run.build(preset) else 'failed'
-        yield Result(f'{preset} builds', outcome)
+        run.build(preset)
+        yield Result(f'{preset} builds', 'passed')
     yield from run.unittests('tests/binary')
 
 
 def registration(run):
-    if not run.build('x64'):
-        return [Result('build', 'failed')]
+    run.build('x64')
     return run.unittests('tests/registration')
 
 
@@ -180,7 +183,7 @@ def main():
     run = Run(arguments.gtest_filter)
     for name in arguments.suites or SUITES:
         started, passed, failed = time.monotonic(), run.passed, len(run.failures)
-        run.add(name, SUITES[name](run))
+        run.add(name)
         print(f'{name}: {run.passed - passed} passed, {len(run.failures) - failed} failed '
               f'({time.monotonic() - started:.0f} s)', flush=True)
     report(run)

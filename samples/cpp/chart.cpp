@@ -9,6 +9,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <initializer_list>
 
 #include "Zepkit10.h"
 

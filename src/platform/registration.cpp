@@ -87,7 +87,8 @@ bool DeleteKey(const std::wstring& key) {
 bool UnregisterLibrary() {
   const LibraryIdentity own = IdentityOf(*OwnLibrary().Get());
   const HRESULT hr = UnRegisterTypeLib(own.guid, own.major, own.minor, own.locale, own.system);
-  return SUCCEEDED(hr) || hr == TYPE_E_REGISTRYACCESS;  // the latter: it was not registered
+  // A library that is not registered: the first on Windows, the second in Wine.
+  return SUCCEEDED(hr) || hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG;
 }
 
 }  // namespace

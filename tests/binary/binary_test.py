@@ -1,0 +1,63 @@
+"""The DLLs as a user's system sees them: what they import, what they allow, what they say of themselves."""
+import pathlib
+import re
+import subprocess
+import unittest
+
+BUILD = pathlib.Path(__file__).resolve().parents[2] / 'build'
+SYSTEM = {'advapi32', 'gdi32', 'kernel32', 'msvcrt', 'ole32', 'oleaut32', 'user32'}
+EXPORTS = {'DllCanUnloadNow', 'DllGetClassObject', 'DllRegisterServer', 'DllUnregisterServer'}
+RELOCATABLE, NO_EXECUTE, HIGH_ENTROPY = 0x40, 0x100, 0x20
+
+
+class BinaryTest:
+    """The tests of both DLLs."""
+
+    def setUp(self):
+        self.path = BUILD / self.preset / 'zepkit10.dll'
+        self.headers = subprocess.run(['x86_64-w64-mingw32-objdump', '-p', str(self.path)], check=True,
+                                      capture_output=True, text=True).stdout
+
+    def test_imports_system_libraries_only(self):
+        imported = {name.lower().removesuffix('.dll')
+                    for name in re.findall(r'DLL Name: (\S+)', self.headers)}
+        self.assertIn('oleaut32', imported)
+        self.assertLessEqual(imported, SYSTEM)
+
+    def test_exports_the_four_functions_of_a_component_under_plain_names(self):
+        table = self.headers[self.headers.index('[Ordinal/Name Pointer] Table'):]
+        self.assertEqual(EXPORTS, set(re.findall(r'^\s+\[ *\d+\] (\S+)$', table, re.MULTILINE)))
+
+    def test_lets_the_system_protect_it(self):
+        found = int(re.search(r'^DllCharacteristics\s+([0-9a-f]+)', self.headers, re.MULTILINE)[1], 16)
+        self.assertEqual(self.characteristics, found)
+
+    def test_can_be_moved(self):
+        # Without a relocation table the address would be fixed whatever the flags say.
+        size = re.search(r'^Entry 5 [0-9a-f]+ ([0-9a-f]+) Base Relocation', self.headers, re.MULTILINE)
+        self.assertGreater(int(size[1], 16), 0)
+
+    def test_tells_its_version(self):
+        content = self.path.read_bytes()
+        project = (BUILD.parent / 'CMakeLists.txt').read_text(encoding='utf-8')
+        version = re.search(r'project\(Zepkit10 VERSION (\d+)\.(\d+)\.(\d+)', project)
+        major, minor, patch = map(int, version.groups())
+        fixed = b''.join(part.to_bytes(2, 'little') for part in (minor, major, 0, patch))
+        self.assertIn('VS_VERSION_INFO'.encode('utf-16-le'), content)
+        self.assertIn(b'\xbd\x04\xef\xfe\x00\x00\x01\x00' + fixed + fixed, content)
+        for text in ('ProductVersion', f'{major}.{minor}.{patch}', 'zepkit10.dll'):
+            self.assertIn(text.encode('utf-16-le'), content)
+
+    def test_carries_nothing_for_debuggers_and_no_time_stamp(self):
+        self.assertNotIn('.debug', self.headers)
+        self.assertRegex(self.headers, r'Time/Date\s+Thu Jan  1 00:00:00 1970')
+
+
+class X64Test(BinaryTest, unittest.TestCase):
+    preset = 'x64'
+    characteristics = RELOCATABLE | NO_EXECUTE | HIGH_ENTROPY
+
+
+class X86Test(BinaryTest, unittest.TestCase):
+    preset = 'x86'
+    characteristics = RELOCATABLE | NO_EXECUTE

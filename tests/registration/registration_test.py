@@ -1,0 +1,93 @@
+"""Registering and unregistering the DLL with regsvr32, looked at in the whole registry."""
+import pathlib
+import re
+import subprocess
+import unittest
+
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+DLL = ROOT / 'build/x64/zepkit10.dll'
+CLASSES = r'HKEY_LOCAL_MACHINE\Software\Classes'
+
+
+def wine(*command):
+    subprocess.run([str(ROOT / 'tools/wine.sh'), 'english', *command], check=True,
+                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+
+
+def registry():
+    """Every key of the machine's and the user's registry, in lower case, with its values."""
+    keys = {}
+    for root in ('HKLM', 'HKCU'):
+        file = ROOT / f'build/{root}.reg'
+        wine('reg', 'export', root, f'Z:{file}', '/y')
+        for block in file.read_text(encoding='utf-16').split('\n\n'):
+            lines = block.strip().splitlines()
+            if lines and lines[0].startswith('['):
+                keys[lines[0].strip('[]').lower()] = lines[1:]
+        file.unlink()
+    return keys
+
+
+def library_of_idl():
+    """The library's GUID, and GUID by name for its classes."""
+    text = (ROOT / 'idl/Zepkit10.idl').read_text(encoding='utf-8')
+    attributes = r'\[\s*uuid\(([0-9a-f-]+)\)[^\]]*\]\s*'
+    library = re.search(attributes + r'library', text)[1]
+    blocks = re.findall(r'\[\s*uuid\(([0-9a-f-]+)\)([^\]]*)\]\s*coclass (\w+)', text)
+    creatable = {name: guid for guid, others, name in blocks if 'noncreatable' not in others}
+    return library, creatable, {guid for guid, _, _ in blocks} - set(creatable.values())
+
+
+class RegistrationTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        wine('regsvr32', '/s', '/u', str(DLL))  # twice does no harm
+        wine('regsvr32', '/s', '/u', str(DLL))
+        cls.before = registry()
+        wine('regsvr32', '/s', str(DLL))
+        cls.registered = registry()
+        wine('regsvr32', '/s', '/u', str(DLL))
+        cls.after = registry()
+
+    def value(self, key, name='@'):
+        lines = self.registered[rf'{CLASSES}\{key}'.lower()]
+        name = name if name == '@' else f'"{name}"'
+        values = dict(line.split('=', 1) for line in lines if '=' in line)
+        return values[name].strip('"').replace('\\\\', '\\')
+
+    def test_every_creatable_class_is_found_by_its_name(self):
+        library, creatable, _ = library_of_idl()
+        self.assertTrue(creatable)
+        for name, guid in creatable.items():
+            with self.subTest(name):
+                clsid = f'{{{guid}}}'.upper()
+                self.assertEqual(clsid, self.value(rf'Zepkit10.{name}\CLSID').upper())
+                self.assertEqual(f'Zepkit10.{name}', self.value(rf'CLSID\{clsid}\ProgID'))
+                self.assertEqual(f'{{{library}}}'.upper(),
+                                 self.value(rf'CLSID\{clsid}\TypeLib').upper())
+                server = rf'CLSID\{clsid}\InprocServer32'
+                self.assertTrue(self.value(server).endswith(r'\build\x64\zepkit10.dll'))
+                self.assertEqual('Apartment', self.value(server, 'ThreadingModel'))
+
+    def test_classes_that_no_client_creates_are_not_registered(self):
+        _, _, others = library_of_idl()
+        for guid in others:
+            self.assertNotIn(rf'{CLASSES}\CLSID\{{{guid}}}'.lower(), self.registered)
+
+    def test_the_type_library_is_registered(self):
+        library, _, _ = library_of_idl()
+        path = self.value(rf'TypeLib\{{{library}}}\1.0\0\win64')
+        self.assertTrue(path.endswith(r'\build\x64\zepkit10.dll'))
+
+    def test_nothing_is_marked_safe_for_scripting(self):
+        new = set(self.registered) - set(self.before)
+        self.assertTrue(new)
+        self.assertFalse([key for key in new if 'implemented categories' in key])
+
+    def test_unregistering_leaves_no_key_and_takes_none_along(self):
+        self.assertEqual(set(), set(self.after) - set(self.before))
+        self.assertEqual(set(), set(self.before) - set(self.after))
+
+
+if __name__ == '__main__':
+    unittest.main()
