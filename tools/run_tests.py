@@ -75,7 +75,7 @@ class Run:
     def unittests(self, folder):
         return unittest_results(*self.program(
             [sys.executable, '-m', 'unittest', 'discover', '-v', '-s', str(ROOT / folder),
-             '-p', '*_test.py'], PYTHONPATH=str(ROOT / 'tools')))
+             '-p', '*test*.py'], PYTHONPATH=str(ROOT / 'tools')))
 
 
 def formatting(run):
@@ -125,7 +125,8 @@ def script(run):
         return
     for path in sorted((ROOT / 'tests/script').iterdir()):
         if path.suffix in ('.vbs', '.js'):
-            command = [WINE, 'english', 'cscript', '//nologo', str(path)]
+            # Script hosts take what begins with a slash for an option.
+            command = [WINE, 'english', 'cscript', '//nologo', str(path.relative_to(ROOT))]
             for result in script_results(*run.program(command)):
                 yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
     run.program([WINE, 'english', 'regsvr32', '/s', '/u', dll])
