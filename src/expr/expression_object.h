@@ -11,7 +11,7 @@ class VarSet;
 
 /// A term: parsed when it is assigned, evaluated when its value is read, against the variables of the
 /// attached set.
-class Expression final : public AutomationObject<Expression, ExpressionShim>, private Evaluable {
+class Expression final : public AutomationObject<Expression, ExpressionShim>, public Evaluable {
  public:
   Expression();
   ~Expression() override;

@@ -25,7 +25,7 @@ class Variable final : public ItemOf<Deletable<Variable, VariableShim>, VarSet> 
   void ReleaseContent() { expression_ = nullptr; }
 
   /// The bound Expression of a variable that is alive.
-  zepkit10::Expression& Bound() const { return *expression_; }
+  Evaluable& Bound() const { return *expression_; }
   /// Binds an Expression of this library; what `SetExpression` does with a client's pointer.
   void Bind(Ref<zepkit10::Expression> expression);
 

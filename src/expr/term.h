@@ -1,0 +1,45 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "enums.h"
+#include "expr/number_format.h"
+
+namespace zepkit10 {
+
+/// A parsed term. Default constructed, or parsed from nothing, it is the number 0.
+class Term {
+ public:
+  struct Node {
+    ZepMathOperation operation = ZepMathOperation::zepMONumber;
+    char16_t name = 0;   // of a variable
+    double number = 0;
+
+    friend bool operator==(const Node&, const Node&) = default;
+  };
+
+  Term() = default;
+  explicit Term(double number) : nodes_{{ZepMathOperation::zepMONumber, 0, number}} {}
+  /// From the nodes of a tree, each before its left and then its right operand.
+  explicit Term(std::vector<Node> nodes) : nodes_(std::move(nodes)) {}
+
+  /// Each node stands before its left and then its right operand. Read from the end, that is the order
+  /// of evaluation: the right operand first, then the left, then what joins them.
+  const std::vector<Node>& Nodes() const { return nodes_; }
+
+ private:
+  std::vector<Node> nodes_{Node{}};
+};
+
+/// Parses a term. Time is linear in its length, and its nesting is limited by memory only. Errors:
+/// `zepErrBadPropValue` where the first piece of the term or of a bracket's content cannot be delimited,
+/// `zepErrBadCall` where a later one cannot, `zepErrBadParam` for a leading bracket never closed,
+/// `zepErrExtractTerm` for operands in a row without an operator and for numbers that do not convert.
+Term ParseTerm(std::u16string_view text, const NumberFormat& numbers);
+
+/// The term as text for display: no brackets, function names in upper case, nothing as the number 0.
+std::u16string TermText(const Term& term, const NumberFormat& numbers);
+
+}  // namespace zepkit10
