@@ -78,9 +78,7 @@ class CollectionOf : public Base {
     auto snapshot = std::make_shared<std::vector<Microsoft::WRL::ComPtr<IDispatch>>>();
     snapshot->reserve(items_.Count());
     for (const Ref<ItemType>& item : items_) snapshot->emplace_back(item->Abi());
-    Microsoft::WRL::ComPtr<IUnknown> result;
-    result.Attach(Enumerator<ItemEnumeratorTraits>::Create(std::move(snapshot)));
-    return result;
+    return Enumerator<ItemEnumeratorTraits>::Create(std::move(snapshot));
   }
 
   void Remove(const VARIANT& Index) {

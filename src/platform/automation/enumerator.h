@@ -2,6 +2,7 @@
 
 #include <windows.h>
 #include <oaidl.h>
+#include <wrl/client.h>
 
 #include <algorithm>
 #include <memory>
@@ -11,8 +12,8 @@
 
 namespace zepkit10 {
 
-/// An OLE enumerator over a snapshot: later changes of the collection do not disturb it. Clones share
-/// the snapshot. Traits say what a snapshot holds and how one element is handed out:
+/// An OLE enumerator over a snapshot: later changes of the collection do not disturb it. Clones
+/// share the snapshot. Traits say what a snapshot holds and how one element is handed out:
 ///     using Interface = IEnumVARIANT; using Element = VARIANT; using Item = …;
 ///     static HRESULT Copy(const Item& from, Element* to); static void Clear(Element*);
 template <class Traits>
@@ -22,8 +23,7 @@ class Enumerator final : public Traits::Interface {
   using Element = typename Traits::Element;
   using Snapshot = std::shared_ptr<const std::vector<typename Traits::Item>>;
 
-  /// A new enumerator with one reference, which the caller owns.
-  static Interface* Create(Snapshot items, std::size_t position = 0) {
+  static Microsoft::WRL::ComPtr<Interface> Create(Snapshot items, std::size_t position = 0) {
     return new Enumerator(std::move(items), position);
   }
 
@@ -69,7 +69,7 @@ class Enumerator final : public Traits::Interface {
     if (!result) return E_POINTER;
     *result = nullptr;
     try {
-      *result = Create(items_, position_);
+      *result = Create(items_, position_).Detach();
       return S_OK;
     } catch (...) {
       return E_OUTOFMEMORY;
@@ -77,8 +77,7 @@ class Enumerator final : public Traits::Interface {
   }
 
  private:
-  Enumerator(Snapshot items, std::size_t position)
-      : items_(std::move(items)), position_(position) {
+  Enumerator(Snapshot items, std::size_t position) : items_(std::move(items)), position_(position) {
     CountLiveObject(+1);
     AddModuleUse();
   }
@@ -89,7 +88,7 @@ class Enumerator final : public Traits::Interface {
 
   const Snapshot items_;
   std::size_t position_;
-  long references_ = 1;
+  long references_ = 0;
 };
 
 }  // namespace zepkit10

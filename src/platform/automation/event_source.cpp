@@ -48,7 +48,7 @@ HRESULT EventSource::EnumConnectionPoints(IEnumConnectionPoints** result) {
   try {
     auto points = std::make_shared<std::vector<ComPtr<IConnectionPoint>>>();
     points->emplace_back(&point_);
-    *result = Enumerator<ConnectionPointTraits>::Create(std::move(points));
+    *result = Enumerator<ConnectionPointTraits>::Create(std::move(points)).Detach();
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;
@@ -127,7 +127,7 @@ HRESULT EventSource::Point::EnumConnections(IEnumConnections** result) {
   try {
     auto items = std::make_shared<std::vector<ConnectionTraits::Item>>();
     for (const Sink& sink : *source_.sinks_) items->push_back({sink.cookie, sink.target});
-    *result = Enumerator<ConnectionTraits>::Create(std::move(items));
+    *result = Enumerator<ConnectionTraits>::Create(std::move(items)).Detach();
     return S_OK;
   } catch (...) {
     return E_OUTOFMEMORY;
