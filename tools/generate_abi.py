@@ -6,6 +6,7 @@
 For every library: enums.h (std-only), classes.h and classes.cpp (class descriptions and the
 late-binding tables). For every dual interface _X: x_shim.h, one shim that turns each vtable call into a
 call of the C++ class. For every event interface __X: x_events.h, one proxy that raises the events.
+They include each other from their own folder, so that two libraries may be used side by side.
 The generator knows IDL, not C++ types: those are the business of platform/automation/abi.h.
 """
 import argparse
@@ -18,17 +19,18 @@ HEADER = '// Generated from {source}. Changes belong there or into tools/generat
 KINDS = {'func': ('INVOKE_FUNC', '', ''), 'propget': ('INVOKE_PROPERTYGET', 'get_', ''),
          'propput': ('INVOKE_PROPERTYPUT', 'put_', 'Set'),
          'propputref': ('INVOKE_PROPERTYPUTREF', 'putref_', 'Set')}
-# IDL type: variant type, field of a VARIANT, type in the C++ header, type an event takes
+MAX_PARAMETERS = 16  # kMaxParameters of platform/automation/class_description.h
+# IDL type: variant type, field of a VARIANT, type in the C++ header, type an event takes if it may
 TYPES = {'long': ('VT_I4', 'lVal', 'LONG', 'std::int32_t'),
          'short': ('VT_I2', 'iVal', 'SHORT', 'std::int16_t'),
-         'unsigned char': ('VT_UI1', 'bVal', 'unsigned char', 'std::uint8_t'),
+         'unsigned char': ('VT_UI1', 'bVal', 'unsigned char', ''),
          'float': ('VT_R4', 'fltVal', 'FLOAT', 'float'),
          'double': ('VT_R8', 'dblVal', 'DOUBLE', 'double'),
-         'DATE': ('VT_DATE', 'date', 'DATE', 'double'),
+         'DATE': ('VT_DATE', 'date', 'DATE', ''),
          'VARIANT_BOOL': ('VT_BOOL', 'boolVal', 'VARIANT_BOOL', 'bool'),
          'BSTR': ('VT_BSTR', 'bstrVal', 'BSTR', 'std::u16string_view'),
-         'VARIANT': ('VT_VARIANT', '', 'VARIANT', 'const VARIANT&'),
-         'IUnknown': ('VT_UNKNOWN', 'punkVal', 'IUnknown', 'IUnknown*'),
+         'VARIANT': ('VT_VARIANT', '', 'VARIANT', ''),
+         'IUnknown': ('VT_UNKNOWN', 'punkVal', 'IUnknown', ''),
          'IDispatch': ('VT_DISPATCH', 'pdispVal', 'IDispatch', 'IDispatch*')}
 
 
@@ -42,6 +44,15 @@ class Generator:
 
     def is_interface(self, type_name):
         return type_name in self.library.interfaces or type_name == 'IPictureDisp'
+
+    def is_object(self, type_name):
+        return self.is_interface(type_name) or type_name in ('IUnknown', 'IDispatch')
+
+    def is_by_reference(self, parameter):
+        return parameter.stars > (1 if self.is_object(parameter.type) else 0)
+
+    def is_optional(self, parameter):
+        return 'optional' in parameter.attributes or 'defaultvalue' in parameter.attributes
 
     def variant_type(self, type_name):
         if type_name.startswith('SAFEARRAY('):
@@ -81,13 +92,19 @@ class Generator:
     # ---- shims --------------------------------------------------------------------------------
 
     def from_abi(self, parameter):
-        if parameter.type in self.library.enumerations and not parameter.stars:
+        if parameter.type in self.library.enumerations:
+            if parameter.stars:
+                return f'reinterpret_cast<{parameter.type}*>(Required({parameter.name}))'
             return f'static_cast<{parameter.type}>({parameter.name})'
+        if parameter.type == 'VARIANT_BOOL' and not parameter.stars:  # to C++ it is a short
+            return f'{parameter.name} != VARIANT_FALSE'
+        if self.is_by_reference(parameter) and not self.is_optional(parameter):
+            return f'Required({parameter.name})'
         return f'FromAbi({parameter.name})'
 
     def shim(self, coclass):
         name = coclass.default
-        yield f'#pragma once\n\n#include "{self.library.name}.h"\n#include "classes.h"\n'
+        yield f'#pragma once\n\n#include "{self.library.name}.h"\n#include "classes.h"\n#include "enums.h"\n'
         yield '#include "platform/automation/shim.h"\n\n'
         yield 'namespace zepkit10 {\n\n'
         yield f'/// The vtable of {name}; every slot calls the member of the same name of Object.\n'
@@ -105,6 +122,8 @@ class Generator:
         call = f'object.{own_prefix}{member.name}({passed})'
         yield f'  HRESULT STDMETHODCALLTYPE {abi_prefix}{member.name}({declared}) override {{\n'
         if member.result:
+            if member.result.type in self.library.enumerations:
+                call = f'static_cast<::{member.result.type}>({call})'
             yield f'    return this->Get({member.result.name}, [&](Object& object) {{ return {call}; }});\n'
         else:
             yield f'    return this->Call([&](Object& object) {{ {call}; }});\n'
@@ -113,24 +132,30 @@ class Generator:
     # ---- events -------------------------------------------------------------------------------
 
     def events(self, coclass):
-        yield '#pragma once\n\n#include "classes.h"\n#include "platform/automation/event_source.h"\n\n'
+        yield '#pragma once\n\n#include "classes.h"\n#include "enums.h"\n'
+        yield '#include "platform/automation/event_source.h"\n\n'
         yield 'namespace zepkit10 {\n\n'
         yield f'/// Raises the events of {coclass.events} into every connected sink.\n'
         yield f'class {coclass.name}Events final : public EventSource {{\n public:\n'
         yield f'  explicit {coclass.name}Events(ObjectCore& owner) : EventSource(owner) {{}}\n\n'
         for event in self.library.events[coclass.events].members:
             declared = ', '.join(self.event_parameter(p) for p in event.parameters)
-            names = ', '.join(p.name for p in event.parameters)
-            yield f'  void {event.name}({declared}) {{\n'
-            yield f'    Raise({event.id}{", " + names if names else ""});\n  }}\n'
+            passed = ''.join(f', ChangeableFlag({p.name})' if self.is_by_reference(p) else f', {p.name}'
+                             for p in event.parameters)
+            yield f'  void {event.name}({declared}) {{\n    Raise({event.id}{passed});\n  }}\n'
         yield '};\n\n}  // namespace zepkit10\n'
 
     def event_parameter(self, parameter):
-        if self.is_interface(parameter.type):
+        if self.is_interface(parameter.type) and not self.is_by_reference(parameter):
             return f'IDispatch* {parameter.name}'
-        if parameter.type in self.library.enumerations:
-            return f'std::int32_t {parameter.name}'
-        return f'{TYPES[parameter.type][3]}{"&" if parameter.stars else ""} {parameter.name}'
+        if parameter.type in self.library.enumerations and not parameter.stars:
+            return f'{parameter.type} {parameter.name}'
+        passed = TYPES[parameter.type][3] if parameter.type in TYPES else ''
+        if self.is_by_reference(parameter):  # only a Boolean comes back from the handlers
+            passed = 'bool&' if passed == 'bool' else ''
+        if not passed:
+            raise ValueError(f'no event can pass {parameter.name}, a {parameter.type}{"*" * parameter.stars}')
+        return f'{passed} {parameter.name}'
 
     # ---- class descriptions and late binding --------------------------------------------------
 
@@ -161,6 +186,8 @@ class Generator:
             thunk = f'{coclass.name}_{KINDS[member.kind][1]}{member.name}'
             yield from self.thunk(coclass, member, thunk)
             parameters = '{}'
+            if len(member.arguments) > MAX_PARAMETERS:
+                raise ValueError(f'{coclass.default}.{member.name} has more than {MAX_PARAMETERS} parameters')
             if member.arguments:
                 parameters = f'k{thunk}'
                 yield f'constexpr Parameter {parameters}[] = {{\n'
@@ -187,13 +214,11 @@ class Generator:
         by_reference = self.is_by_reference(parameter)
         if parameter.type == 'VARIANT':
             return f'a[{position}]' if by_reference else f'*a[{position}]'
-        text = f'a[{position}]->{self.variant_field(parameter.type)}'
-        if self.is_interface(parameter.type):
-            return f'static_cast<{parameter.type}*>({text})'
-        if parameter.type in self.library.enumerations:
-            return f'static_cast<::{parameter.type}>({text})'
         if by_reference:
             return f'static_cast<{self.abi_type(parameter)}>(a[{position}]->byref)'
+        text = f'a[{position}]->{self.variant_field(parameter.type)}'
+        if self.is_interface(parameter.type) or parameter.type in self.library.enumerations:
+            return f'static_cast<{self.abi_type(parameter)}>({text})'
         return text
 
     def thunk_result(self, parameter):
@@ -204,21 +229,19 @@ class Generator:
             return f'reinterpret_cast<{self.abi_type(parameter)}>({text})'
         return text
 
-    def is_by_reference(self, parameter):
-        depth = 1 if self.is_interface(parameter.type) or parameter.type in ('IUnknown', 'IDispatch') else 0
-        return parameter.stars > depth
-
     def parameter_entry(self, parameter, vararg):
         flags = []
-        if 'optional' in parameter.attributes or 'defaultvalue' in parameter.attributes:
+        if self.is_optional(parameter):
             flags.append('kOptional')
         if 'defaultvalue' in parameter.attributes:
             flags.append('kHasDefault')
         if self.is_by_reference(parameter):
             flags.append('kByReference')
+            if 'out' in parameter.attributes:
+                flags.append('kWrittenBack')
         if vararg:
             flags.append('kParameterArray')
-        iid = f'&IID_{parameter.type}' if self.is_interface(parameter.type) else 'nullptr'
+        iid = f'&IID_{parameter.type}' if self.is_object(parameter.type) else 'nullptr'
         return (f'{{L"{parameter.name}", {self.variant_type(parameter.type)}, '
                 f'{" | ".join(flags) or "0"}, {iid}, {self.default(parameter)}}}')
 
@@ -228,7 +251,8 @@ class Generator:
             return '{}'
         if value.startswith('"'):
             return f'{{0, L{value}}}'
-        for constants in self.library.enumerations.values():
+        own = self.library.enumerations.get(parameter.type, [])
+        for constants in (own, *self.library.enumerations.values()):
             value = str(dict(constants).get(value, value))
         return f'{{{value}, nullptr}}'
 

@@ -1,7 +1,8 @@
 """Reads the regular style in which this project writes its IDL into plain Python values.
 
 Not a general IDL parser: one library block; enumerations, dual interfaces, dispinterfaces and
-coclasses; every attribute in one bracket before what it describes.
+coclasses; every attribute in one bracket before what it describes. Whatever does not fit is a
+SyntaxError that tells the line.
 """
 import re
 from dataclasses import dataclass, field
@@ -65,7 +66,9 @@ class Library:
 
 class Reader:
     def __init__(self, text):
-        self.tokens = [t for t in TOKEN.findall(text) if t]
+        found = [match for match in TOKEN.finditer(text) if match[1]]
+        self.tokens = [match[1] for match in found]
+        self.lines = [text.count('\n', 0, match.start()) + 1 for match in found]
         self.position = 0
 
     def peek(self):
@@ -74,10 +77,23 @@ class Reader:
     def next(self, expected=None):
         token = self.peek()
         if expected is not None and token != expected:
-            near = ' '.join(self.tokens[max(0, self.position - 8):self.position + 3])
-            raise SyntaxError(f'expected {expected!r}, found {token!r} near: {near}')
+            raise self.error(f'expected {expected!r}, found {token!r}')
+        if not token:
+            raise self.error('the text ends too early')
         self.position += 1
         return token
+
+    def error(self, what):
+        """A SyntaxError at the next token."""
+        line = self.lines[min(self.position, len(self.lines) - 1)] if self.lines else 1
+        near = ' '.join(self.tokens[max(0, self.position - 8):self.position + 3])
+        return SyntaxError(f'line {line}: {what} near: {near}')
+
+    def number(self, text):
+        try:
+            return int(text.strip('()'), 0)
+        except ValueError:
+            raise self.error(f'{text!r} is no number') from None
 
     def skip_to(self, token):
         while self.next() != token:
@@ -137,7 +153,14 @@ class Reader:
         self.next(')')
         self.next(';')
         kind = next((k for k in ('propget', 'propputref', 'propput') if k in attributes), 'func')
-        return Member(name, kind, integer(attributes['id']), 'vararg' in attributes, parameters)
+        return Member(name, kind, self.member_id(name, attributes), 'vararg' in attributes, parameters)
+
+    def member_id(self, name, attributes):
+        named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
+        if 'id' not in attributes:
+            raise self.error(f'{name} has no id')
+        text = attributes['id']
+        return named[text] if text in named else self.number(text)
 
     def members(self):
         self.next('{')
@@ -151,11 +174,6 @@ class Reader:
         self.next('}')
         self.next(';')
         return found
-
-
-def integer(text):
-    named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
-    return named[text] if text in named else int(text, 0)
 
 
 def read_enumeration(reader):
@@ -172,7 +190,7 @@ def read_enumeration(reader):
             while reader.peek() not in (',', '}'):
                 text += reader.next()
             named = dict(constants)
-            value = named[text] if text in named else int(text.strip('()'), 0)
+            value = named[text] if text in named else reader.number(text)
         constants.append((constant, value - (1 << 32) if value >= 1 << 31 else value))
         if reader.peek() == ',':
             reader.next()
@@ -229,5 +247,5 @@ def read_library(text):
             else:
                 library.coclasses.append(read_coclass(reader, attributes))
         else:
-            raise SyntaxError(f'unexpected {keyword!r} in the library block')
+            raise reader.error(f'unexpected {keyword!r} in the library block')
     return library

@@ -14,24 +14,27 @@
 #include "platform/automation/string.h"
 #include "platform/automation/variant.h"
 
-/// How the ABI's types become C++ types in a class's methods and back. `FromAbi` only looks at what the
-/// caller owns; `ToAbi` gives ownership to the caller.
+/// How the ABI's types become C++ types in a class's methods and back. `FromAbi` only looks at what
+/// the caller owns; `ToAbi` gives ownership to the caller.
 namespace zepkit10 {
 
 template <class T>
-  requires(std::is_arithmetic_v<T> || std::is_pointer_v<T>)
-T FromAbi(T value) {
-  return value;
-}
+requires(std::is_arithmetic_v<T> || std::is_pointer_v<T>) T FromAbi(T value) { return value; }
 inline std::u16string_view FromAbi(BSTR text) { return ViewOf(text); }
-inline bool FromAbi(VARIANT_BOOL flag) { return flag != VARIANT_FALSE; }
 inline const VARIANT& FromAbi(const VARIANT& value) { return value; }
 
+/// Thrown where a client passes a null pointer for something by reference; becomes E_POINTER.
+struct NullPointer {};
+
+/// A value by reference, which the caller owns and the member may change.
 template <class T>
-  requires(std::is_arithmetic_v<T> || std::is_enum_v<T>)
-T ToAbi(T value) {
-  return value;
+T* Required(T* reference) {
+  if (!reference) throw NullPointer();
+  return reference;
 }
+
+template <class T>
+requires(std::is_arithmetic_v<T> || std::is_enum_v<T>) T ToAbi(T value) { return value; }
 inline VARIANT_BOOL ToAbi(bool flag) { return flag ? VARIANT_TRUE : VARIANT_FALSE; }
 inline BSTR ToAbi(const std::u16string& text) { return MakeBstr(text); }
 inline VARIANT ToAbi(Variant value) { return value.Detach(); }

@@ -29,6 +29,14 @@ HRESULT ConvertToArray(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* 
   return hr;
 }
 
+/// True where an array may not be replaced or given another size.
+bool IsFixed(const VARIANT& value) {
+  if (!(value.vt & VT_ARRAY)) return false;
+  const SAFEARRAY* array = (value.vt & VT_BYREF) ? *value.pparray : value.parray;
+  constexpr USHORT kFixed = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+  return array && (array->cLocks > 0 || (array->fFeatures & kFixed));
+}
+
 HRESULT Convert(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* to) {
   if (type & VT_ARRAY) return ConvertToArray(from, type, locale, to);
   return VariantChangeTypeEx(to, const_cast<VARIANT*>(&from), locale, 0, type);
@@ -65,6 +73,12 @@ ULONG SizeOf(VARTYPE type) {
 
 /// Replaces the value of a client's typed variable; `value` gives up what it owns.
 HRESULT Store(VARIANT* value, VARTYPE type, void* variable) {
+  if (type == VT_DECIMAL) {
+    value->decVal.wReserved = 0;  // shares its place with the type
+    CopyMemory(variable, &value->decVal, sizeof value->decVal);
+    value->vt = VT_EMPTY;
+    return S_OK;
+  }
   const ULONG size = SizeOf(type);
   if (size == 0) return DISP_E_TYPEMISMATCH;
   VARIANT old;
@@ -108,9 +122,10 @@ HRESULT BoundArguments::Bind(const DISPPARAMS& given, UINT* fault) noexcept {
     slots_[i].written_back = false;
     slots_[i].own.vt = VT_EMPTY;
     bound_ = i + 1;
-    hr = member_.parameters[i].flags & kParameterArray ? BindParameterArray(given) : BindParameter(i);
+    const bool array = member_.parameters[i].flags & kParameterArray;
+    hr = array ? BindParameterArray(given, fault) : BindParameter(i);
     if (FAILED(hr)) {
-      *fault = slots_[i].given ? slots_[i].position : 0;
+      if (slots_[i].given) *fault = slots_[i].position;
       return hr;
     }
   }
@@ -150,17 +165,16 @@ HRESULT BoundArguments::BindParameter(std::size_t index) noexcept {
   const Parameter& parameter = member_.parameters[index];
   VARIANT* given = slots_[index].given;
   const bool by_reference = parameter.flags & kByReference;
-  if (given && given->vt == parameter.type && !by_reference && !parameter.iid) {
+  if (given && given->vt == parameter.type && !by_reference && !parameter.iid &&
+      parameter.type != VT_VARIANT) {
     values_[index] = given;
     return S_OK;
   }
   const VARIANT* followed = Follow(given);
   if (given && !followed) return DISP_E_TYPEMISMATCH;
   if (IsMissing(followed)) return BindMissing(index);
-  if (parameter.type == VT_VARIANT && by_reference) return BindVariantReference(index);
   if (parameter.type == VT_VARIANT) {
-    values_[index] = const_cast<VARIANT*>(followed);
-    return S_OK;
+    return by_reference ? BindVariantReference(index) : BindVariant(index);
   }
   return by_reference ? BindReference(index) : BindConverted(index);
 }
@@ -179,7 +193,8 @@ HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
     own.bstrVal = SysAllocString(parameter.default_value.text);
     if (!own.bstrVal) return E_OUTOFMEMORY;
     own.vt = VT_BSTR;
-  } else if (parameter.type & VT_ARRAY || parameter.type == VT_BSTR || IsObjectType(parameter.type)) {
+  } else if (parameter.type & VT_ARRAY || parameter.type == VT_BSTR ||
+             IsObjectType(parameter.type)) {
     own.vt = parameter.type;
   } else {
     own.vt = VT_I4;
@@ -187,6 +202,21 @@ HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
     if (parameter.type != VT_VARIANT) VariantChangeType(&own, &own, 0, parameter.type);
   }
   return UseOwn(index);
+}
+
+HRESULT BoundArguments::BindVariant(std::size_t index) noexcept {
+  Slot& slot = slots_[index];
+  const VARIANT* followed = Follow(slot.given);
+  if (followed->vt == VT_VARIANT) return DISP_E_BADVARTYPE;
+  // A variable of the client may change while the member runs, the member's value may not. Only
+  // arrays, which may be large, are left where they are.
+  const bool by_value = followed == slot.given && !(followed->vt & VT_BYREF);
+  if (by_value || (followed->vt & VT_ARRAY)) {
+    values_[index] = const_cast<VARIANT*>(followed);
+    return S_OK;
+  }
+  const HRESULT hr = VariantCopyInd(&slot.own, const_cast<VARIANT*>(followed));
+  return FAILED(hr) ? hr : UseOwn(index);
 }
 
 HRESULT BoundArguments::BindVariantReference(std::size_t index) noexcept {
@@ -201,13 +231,20 @@ HRESULT BoundArguments::BindVariantReference(std::size_t index) noexcept {
 }
 
 HRESULT BoundArguments::BindReference(std::size_t index) noexcept {
-  const VARTYPE type = member_.parameters[index].type;
+  const Parameter& parameter = member_.parameters[index];
   Slot& slot = slots_[index];
   auto* followed = const_cast<VARIANT*>(Follow(slot.given));
-  if (followed->vt == (VT_BYREF | type)) return UseLocation(index, followed->byref);
-  if (slot.given != followed && followed->vt == type) return UseLocation(index, &followed->byref);
+  const bool by_reference = slot.given->vt & VT_BYREF;
+  const bool changed = by_reference && (parameter.flags & kWrittenBack);
+  if (changed && IsFixed(*followed)) return DISP_E_ARRAYISLOCKED;
+  // An object may have to be asked for the wanted interface, and what came by value stays
+  // unchanged.
+  if (!parameter.iid && (by_reference || !(parameter.flags & kWrittenBack))) {
+    if (followed->vt == (VT_BYREF | parameter.type)) return UseLocation(index, followed->byref);
+    if (followed->vt == parameter.type) return UseLocation(index, &followed->byref);
+  }
   const HRESULT hr = BindConverted(index);
-  slot.written_back = SUCCEEDED(hr) && (slot.given->vt & VT_BYREF);
+  slot.written_back = SUCCEEDED(hr) && changed;
   return hr;
 }
 
@@ -222,17 +259,19 @@ HRESULT BoundArguments::BindConverted(std::size_t index) noexcept {
 HRESULT BoundArguments::BindObject(std::size_t index, const VARIANT& from) noexcept {
   // Null is how clients without a typed Nothing say it.
   if (!IsObjectType(from.vt & ~VT_BYREF) && from.vt != VT_NULL) return DISP_E_TYPEMISMATCH;
-  IUnknown* object = from.vt == VT_NULL ? nullptr : (from.vt & VT_BYREF) ? *from.ppunkVal : from.punkVal;
+  IUnknown* object = from.vt == VT_NULL     ? nullptr
+                     : (from.vt & VT_BYREF) ? *from.ppunkVal
+                                            : from.punkVal;
   void* wanted = nullptr;
   if (object && FAILED(object->QueryInterface(*member_.parameters[index].iid, &wanted))) {
     return DISP_E_TYPEMISMATCH;
   }
-  slots_[index].own.vt = VT_DISPATCH;
-  slots_[index].own.pdispVal = static_cast<IDispatch*>(wanted);
+  slots_[index].own.vt = member_.parameters[index].type;
+  slots_[index].own.punkVal = static_cast<IUnknown*>(wanted);
   return UseOwn(index);
 }
 
-HRESULT BoundArguments::BindParameterArray(const DISPPARAMS& given) noexcept {
+HRESULT BoundArguments::BindParameterArray(const DISPPARAMS& given, UINT* fault) noexcept {
   const std::size_t index = member_.parameters.size() - 1;
   const ULONG count = given.cArgs > index ? given.cArgs - static_cast<ULONG>(index) : 0;
   VARIANT& own = slots_[index].own;
@@ -241,7 +280,8 @@ HRESULT BoundArguments::BindParameterArray(const DISPPARAMS& given) noexcept {
   own.vt = VT_ARRAY | VT_VARIANT;
   auto* elements = static_cast<VARIANT*>(own.parray->pvData);
   for (ULONG i = 0; i < count; ++i) {
-    const HRESULT hr = VariantCopy(&elements[i], &given.rgvarg[count - 1 - i]);
+    *fault = count - 1 - i;
+    const HRESULT hr = VariantCopy(&elements[i], &given.rgvarg[*fault]);
     if (FAILED(hr)) return hr;
   }
   return UseOwn(index);

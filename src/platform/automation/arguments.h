@@ -39,11 +39,12 @@ class BoundArguments {
   HRESULT AssignNamed(const DISPPARAMS& given, UINT* fault) noexcept;
   HRESULT BindParameter(std::size_t index) noexcept;
   HRESULT BindMissing(std::size_t index) noexcept;
+  HRESULT BindVariant(std::size_t index) noexcept;
   HRESULT BindVariantReference(std::size_t index) noexcept;
   HRESULT BindReference(std::size_t index) noexcept;
   HRESULT BindConverted(std::size_t index) noexcept;
   HRESULT BindObject(std::size_t index, const VARIANT& from) noexcept;
-  HRESULT BindParameterArray(const DISPPARAMS& given) noexcept;
+  HRESULT BindParameterArray(const DISPPARAMS& given, UINT* fault) noexcept;
   HRESULT UseOwn(std::size_t index) noexcept;
   HRESULT UseLocation(std::size_t index, void* location) noexcept;
 

@@ -35,12 +35,13 @@ HRESULT ConvertElements(SAFEARRAY* source, VARTYPE from, SAFEARRAY* target, VART
                         LCID locale) {
   ULONG count = 1;
   for (UINT i = 0; i < source->cDims; ++i) count *= source->rgsabound[i].cElements;
+  if (!source->pvData && count > 0) return DISP_E_TYPEMISMATCH;  // described, but never allocated
   auto* from_bytes = static_cast<BYTE*>(source->pvData);
   auto* to_bytes = static_cast<BYTE*>(target->pvData);
   for (ULONG i = 0; i < count; ++i) {
-    const HRESULT hr =
-        ConvertElement(from_bytes + std::size_t{i} * source->cbElements, from,
-                       to_bytes + std::size_t{i} * target->cbElements, to, target->cbElements, locale);
+    const HRESULT hr = ConvertElement(from_bytes + std::size_t{i} * source->cbElements, from,
+                                      to_bytes + std::size_t{i} * target->cbElements, to,
+                                      target->cbElements, locale);
     if (FAILED(hr)) return hr;
   }
   return S_OK;

@@ -9,7 +9,8 @@
 namespace zepkit10 {
 
 /// Base of every class of the type library: `class Counter : public AutomationObject<Counter,
-/// CounterShim>`. The shim is a member, so that a class's methods may carry the type library's names.
+/// CounterShim>`. The shim is a member, so that a class's methods may carry the type library's
+/// names.
 template <class Self, template <class> class ShimOf>
 class AutomationObject : public ObjectCore {
  public:
@@ -26,7 +27,8 @@ class AutomationObject : public ObjectCore {
   /// The object of this class behind a client's pointer; null for a null or foreign pointer.
   static Self* From(IUnknown* pointer) noexcept {
     ObjectCore* core = Behind(pointer);
-    return core && &core->Description() == &ShimOf<Self>::kClass ? static_cast<Self*>(core) : nullptr;
+    return core && &core->Description() == &ShimOf<Self>::kClass ? static_cast<Self*>(core)
+                                                                 : nullptr;
   }
 
  protected:

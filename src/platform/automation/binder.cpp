@@ -8,6 +8,7 @@
 #include "platform/automation/arguments.h"
 #include "platform/automation/module.h"
 #include "platform/automation/object_core.h"
+#include "platform/automation/translate.h"
 #include "platform/automation/variant.h"
 
 namespace zepkit10 {
@@ -46,13 +47,18 @@ bool AssignsObject(const DISPPARAMS& given) {
   return type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_NULL;
 }
 
-/// An object may be assigned with or without Set: clients without that distinction exist.
+/// An object may be assigned with or without Set: clients without that distinction exist, and some
+/// ask for both.
 const Member* FindCalled(const ClassDescription& description, const Invocation& call) {
-  if (!(call.flags & kAssignment)) return Find(description, call.id, call.flags);
-  if (AssignsObject(*call.parameters)) {
-    if (const Member* setter = Find(description, call.id, INVOKE_PROPERTYPUTREF)) return setter;
+  const WORD asked = call.flags & kAssignment;
+  if (!asked) return Find(description, call.id, call.flags);
+  const Member* put =
+      (asked & DISPATCH_PROPERTYPUT) ? Find(description, call.id, INVOKE_PROPERTYPUT) : nullptr;
+  const bool by_reference = AssignsObject(*call.parameters) && (!put || asked == kAssignment);
+  if (by_reference || asked == DISPATCH_PROPERTYPUTREF) {
+    if (const Member* putref = Find(description, call.id, INVOKE_PROPERTYPUTREF)) return putref;
   }
-  return Find(description, call.id, call.flags & kAssignment);
+  return put;
 }
 
 HRESULT Report(HRESULT failure, EXCEPINFO* exception) {
@@ -82,6 +88,7 @@ HRESULT CallMember(ObjectCore& object, const Member& member, const Invocation& c
     }
     if (!call.result) VariantClear(&unwanted);
     hr = arguments.WriteBack(&fault);
+    if (FAILED(hr) && call.result) VariantClear(call.result);
   }
   if (FAILED(hr) && call.argument) *call.argument = fault;
   return hr;
@@ -95,27 +102,28 @@ HRESULT ElementOf(SAFEARRAY* array, const DISPPARAMS& given, LCID locale, VARIAN
   }
   for (UINT i = 0; i < given.cArgs; ++i) {
     Variant index;
-    const HRESULT hr = VariantChangeTypeEx(index.Out(), &given.rgvarg[i], locale, 0, VT_I4);
+    const VARIANT* argument = Follow(&given.rgvarg[given.cArgs - 1 - i]);
+    if (!argument) return DISP_E_TYPEMISMATCH;
+    const HRESULT hr =
+        VariantChangeTypeEx(index.Out(), const_cast<VARIANT*>(argument), locale, 0, VT_I4);
     if (FAILED(hr)) return hr;
     indexes[i] = index.get().lVal;
   }
   VARTYPE type = VT_EMPTY;
   HRESULT hr = SafeArrayGetVartype(array, &type);
-  if (FAILED(hr)) return hr;
-  Variant element;
-  hr = SafeArrayGetElement(array, indexes,
-                           type == VT_VARIANT ? static_cast<void*>(element.Out()) : &element.Out()->byref);
-  if (FAILED(hr)) return hr;
-  if (type != VT_VARIANT) element.Out()->vt = type;
-  if (result) *result = element.Detach();
-  return S_OK;
+  if (FAILED(hr) || type == VT_RECORD) return DISP_E_TYPEMISMATCH;
+  VARIANT element;
+  element.vt = static_cast<VARTYPE>(VT_BYREF | type);
+  hr = SafeArrayPtrOfIndex(array, indexes, &element.byref);
+  return FAILED(hr) || !result ? hr : VariantCopyInd(result, &element);
 }
 
 /// Reads a property with the given arguments, as a step of a longer expression.
 HRESULT ReadProperty(ObjectCore& object, const Member& member, const Invocation& call,
                      DISPPARAMS* arguments, VARIANT* held) {
-  return CallMember(object, member, {call.id, call.iid, call.locale, DISPATCH_PROPERTYGET, arguments,
-                                     held, call.exception, call.argument});
+  return CallMember(object, member,
+                    {call.id, call.iid, call.locale, DISPATCH_PROPERTYGET, arguments, held,
+                     call.exception, call.argument});
 }
 
 /// object.Property(arguments) where the property takes none: they are meant for what it holds.
@@ -124,40 +132,43 @@ HRESULT ReadThroughProperty(ObjectCore& object, const Member& member, const Invo
   Variant held;
   const HRESULT hr = ReadProperty(object, member, call, &none, held.Out());
   if (FAILED(hr)) return hr;
-  const VARIANT& value = held.get();
-  if (value.vt & VT_ARRAY) return ElementOf(value.parray, *call.parameters, call.locale, call.result);
-  if (value.vt != VT_DISPATCH || !value.pdispVal) return DISP_E_BADPARAMCOUNT;
-  return value.pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, call.flags, call.parameters,
-                                call.result, call.exception, call.argument);
+  const VARIANT* value = Follow(&held.get());
+  if (!value) return DISP_E_TYPEMISMATCH;
+  if (value->vt & VT_ARRAY) {
+    SAFEARRAY* array = (value->vt & VT_BYREF) ? *value->pparray : value->parray;
+    return ElementOf(array, *call.parameters, call.locale, call.result);
+  }
+  if (value->vt != VT_DISPATCH || !value->pdispVal) return DISP_E_BADPARAMCOUNT;
+  return value->pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, call.flags, call.parameters,
+                                 call.result, call.exception, call.argument);
 }
 
 /// object.Property(arguments) = value where the property has no setter: the value is meant for the
-/// default member of the object that it holds.
+/// default member of the object that it holds, and so are the arguments if the property takes none.
 HRESULT AssignThroughProperty(ObjectCore& object, const Invocation& call) {
   const DISPPARAMS& given = *call.parameters;
   const Member* getter = Find(object.Description(), call.id, INVOKE_PROPERTYGET);
   const bool plain = (call.flags & DISPATCH_PROPERTYPUT) && given.cNamedArgs == 1 &&
                      given.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
   if (!getter || getter->result != VT_DISPATCH || !plain) return DISP_E_MEMBERNOTFOUND;
-  DISPPARAMS arguments{given.rgvarg + 1, nullptr, given.cArgs - 1, 0};
+  const bool passes_on = getter->parameters.empty();
+  DISPPARAMS arguments{given.rgvarg + 1, nullptr, passes_on ? 0 : given.cArgs - 1, 0};
   Variant held;
   const HRESULT hr = ReadProperty(object, *getter, call, &arguments, held.Out());
   if (FAILED(hr)) return hr;
   if (!held.get().pdispVal) return DISP_E_MEMBERNOTFOUND;
-  DISPPARAMS assigned{given.rgvarg, given.rgdispidNamedArgs, 1, 1};
+  DISPPARAMS assigned{given.rgvarg, given.rgdispidNamedArgs, passes_on ? given.cArgs : 1, 1};
   return held.get().pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, DISPATCH_PROPERTYPUT,
                                      &assigned, call.result, call.exception, call.argument);
 }
 
 bool HoldsDefaultMember(const Member& member) {
   return member.kind == INVOKE_PROPERTYGET && member.parameters.empty() &&
-         (member.result == VT_DISPATCH || (member.result & VT_ARRAY));
+         (member.result == VT_DISPATCH || member.result == VT_VARIANT ||
+          (member.result & VT_ARRAY));
 }
 
-}  // namespace
-
-HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept {
-  if (call.result) VariantInit(call.result);
+HRESULT Dispatch(ObjectCore& object, const Invocation& call) {
   if (call.iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!WellFormed(call.parameters)) return E_INVALIDARG;
   const Member* member = FindCalled(object.Description(), call);
@@ -170,6 +181,14 @@ HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept {
   return CallMember(object, *member, call);
 }
 
+}  // namespace
+
+HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept {
+  if (call.result) VariantInit(call.result);
+  const HRESULT hr = Dispatch(object, call);
+  return SUCCEEDED(hr) || hr == DISP_E_EXCEPTION ? hr : Refuse(hr);
+}
+
 HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* names, UINT count,
                   DISPID* ids) noexcept {
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
@@ -180,7 +199,8 @@ HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* nam
     ids[0] = member.id;
     for (UINT i = 1; i < count; ++i) {
       for (std::size_t p = 0; p < member.parameters.size(); ++p) {
-        if (names[i] && SameName(member.parameters[p].name, names[i])) ids[i] = static_cast<DISPID>(p);
+        if (names[i] && SameName(member.parameters[p].name, names[i]))
+          ids[i] = static_cast<DISPID>(p);
       }
     }
   }

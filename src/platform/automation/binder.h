@@ -21,11 +21,11 @@ struct Invocation {
   UINT* argument;  // receives the position of an argument that could not be bound
 };
 
-/// Late binding: finds the member, binds the arguments to its parameters (names, optional arguments,
-/// conversion by the platform, parameter arrays, references written back) and calls its vtable slot.
-/// Beyond the plain call it does what clients of default members expect: arguments of a property
-/// without parameters go to the object or array that the property holds, and an assignment to an
-/// object-valued property without a setter goes to that object's default member.
+/// Late binding: finds the member, binds the arguments to its parameters (names, optional
+/// arguments, conversion by the platform, parameter arrays, references written back) and calls its
+/// vtable slot. Beyond the plain call it does what clients of default members expect: arguments of
+/// a property without parameters go to the object or array that the property holds, and an
+/// assignment to an object-valued property without a setter goes to that object's default member.
 HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept;
 
 /// The first name is a member's, the others are names of its parameters.

@@ -14,13 +14,19 @@ struct DefaultValue {
   const wchar_t* text = nullptr;
 };
 
-enum ParameterFlags : std::uint8_t { kOptional = 1, kByReference = 2, kParameterArray = 4, kHasDefault = 8 };
+enum ParameterFlags : std::uint8_t {
+  kOptional = 1,
+  kByReference = 2,
+  kParameterArray = 4,
+  kHasDefault = 8,
+  kWrittenBack = 16,  // by reference, and the member may change it
+};
 
 struct Parameter {
   const wchar_t* name;
   VARTYPE type;  // without VT_BYREF
   std::uint8_t flags;
-  const IID* iid;  // of an object parameter, otherwise null
+  const IID* iid;  // the interface of an object parameter, otherwise null
   DefaultValue default_value;
 };
 

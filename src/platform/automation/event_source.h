@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "platform/automation/string.h"
@@ -20,8 +21,8 @@ class ObjectCore;
 /// event with `Raise`.
 ///
 /// Firing goes over a snapshot of the sinks: a handler may advise, unadvise, call back in, drop the
-/// last reference to the source or fail without disturbing the others. What a handler returns is its
-/// own affair.
+/// last reference to the source or fail without disturbing the others. What a handler returns is
+/// its own affair.
 class EventSource : public IConnectionPointContainer {
  public:
   explicit EventSource(ObjectCore& owner) : owner_(owner), point_(*this) {}
@@ -58,8 +59,8 @@ class EventSource : public IConnectionPointContainer {
     ULONG STDMETHODCALLTYPE AddRef() override { return source_.AddRef(); }
     ULONG STDMETHODCALLTYPE Release() override { return source_.Release(); }
     HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* result) override;
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(
-        IConnectionPointContainer** result) override;
+    HRESULT STDMETHODCALLTYPE
+    GetConnectionPointContainer(IConnectionPointContainer** result) override;
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** result) override;
@@ -76,16 +77,41 @@ class EventSource : public IConnectionPointContainer {
   DWORD last_cookie_ = 0;
 };
 
+/// A Boolean that every handler may change in turn. What they leave goes back when this ends.
+class ChangeableFlag {
+ public:
+  explicit ChangeableFlag(bool& flag) : flag_(flag), value_(flag ? VARIANT_TRUE : VARIANT_FALSE) {}
+  ~ChangeableFlag() { flag_ = value_ != VARIANT_FALSE; }
+  ChangeableFlag(const ChangeableFlag&) = delete;
+  ChangeableFlag& operator=(const ChangeableFlag&) = delete;
+
+  VARIANT_BOOL* Location() { return &value_; }
+
+ private:
+  bool& flag_;
+  VARIANT_BOOL value_;
+};
+
 namespace event_argument {
 
+inline void Set(VARIANT& to, bool value) {
+  to.vt = VT_BOOL, to.boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+inline void Set(VARIANT& to, ChangeableFlag& value) {
+  to.vt = VT_BYREF | VT_BOOL, to.pboolVal = value.Location();
+}
 inline void Set(VARIANT& to, std::int32_t value) { to.vt = VT_I4, to.lVal = value; }
 inline void Set(VARIANT& to, std::int16_t value) { to.vt = VT_I2, to.iVal = value; }
+inline void Set(VARIANT& to, float value) { to.vt = VT_R4, to.fltVal = value; }
 inline void Set(VARIANT& to, double value) { to.vt = VT_R8, to.dblVal = value; }
 inline void Set(VARIANT& to, IDispatch* value) { to.vt = VT_DISPATCH, to.pdispVal = value; }
 inline void Set(VARIANT& to, std::u16string_view value) {
   to.bstrVal = MakeBstr(value);
   to.vt = VT_BSTR;
 }
+template <class Enumeration>
+requires std::is_enum_v<Enumeration>
+void Set(VARIANT& to, Enumeration value) { Set(to, static_cast<std::int32_t>(value)); }
 
 }  // namespace event_argument
 
@@ -102,7 +128,7 @@ void EventSource::Raise(DISPID event, Arguments&&... arguments) {
       }
     }
   } values;
-  UINT position = kCount;
+  [[maybe_unused]] UINT position = kCount;
   (event_argument::Set(values.items[--position], arguments), ...);
   Fire(event, values.items, kCount);
 }

@@ -13,9 +13,9 @@ class EventSource;
 /// The part of an automation object that does not depend on its class: identity, reference counts,
 /// class information, error information and the way to late binding and events.
 ///
-/// Two counts keep an object alive. `AddRef`/`Release` count clients and, while above zero, keep the
-/// DLL loaded; `Retain`/`Drop` count the library's own references (see `Ref`). Both belong to the
-/// object's apartment and are not interlocked.
+/// Two counts keep an object alive. `AddRef`/`Release` count clients and, while above zero, keep
+/// the DLL loaded; `Retain`/`Drop` count the library's own references (see `Ref`). Both belong to
+/// the object's apartment and are not interlocked.
 class ObjectCore : public ISupportErrorInfo, public IProvideClassInfo2 {
  public:
   ObjectCore(const ObjectCore&) = delete;

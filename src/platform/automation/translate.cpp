@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "frame/errors.h"
+#include "platform/automation/abi.h"
 #include "platform/automation/class_description.h"
 #include "platform/automation/string.h"
 #include "platform/error_text.h"
@@ -24,8 +25,8 @@ HRESULT Publish(const Failure& failure, const ClassDescription& called) {
   if (FAILED(CreateErrorInfo(&info)) || FAILED(info.As(&published))) throw std::bad_alloc();
   info->SetGUID(*called.default_interface);
   info->SetSource(MutableText(source));
-  info->SetDescription(MutableText(
-      failure.description.empty() ? ErrorText(failure.number) : failure.description));
+  info->SetDescription(
+      MutableText(failure.description.empty() ? ErrorText(failure.number) : failure.description));
   SetErrorInfo(0, published.Get());
   return ToHresult(failure.number);
 }
@@ -47,6 +48,8 @@ HRESULT TranslateException(const ClassDescription& called) noexcept {
       throw;
     } catch (const Failure& failure) {
       return Publish(failure, called);
+    } catch (const NullPointer&) {
+      return Refuse(E_POINTER);
     } catch (const std::bad_alloc&) {
       throw;
     } catch (const std::length_error&) {

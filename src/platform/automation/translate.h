@@ -6,8 +6,8 @@ namespace zepkit10 {
 
 struct ClassDescription;
 
-/// Turns the exception being handled into an HRESULT and the thread's IErrorInfo: number, source and
-/// description of a `Failure`; error 7 for exhausted memory. Call it inside a catch block.
+/// Turns the exception being handled into an HRESULT and the thread's IErrorInfo: number, source
+/// and description of a `Failure`; error 7 for exhausted memory. Call it inside a catch block.
 HRESULT TranslateException(const ClassDescription& called) noexcept;
 
 /// Refuses a call before it starts: no stale error text stays behind.
