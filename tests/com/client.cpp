@@ -61,9 +61,21 @@ bool operator==(const Value& left, const Value& right) {
       return a.dblVal == b.dblVal;
     case VT_R4:
       return a.fltVal == b.fltVal;
+    case VT_I1:
+    case VT_UI1:
+      return a.bVal == b.bVal;
     case VT_BOOL:
     case VT_I2:
+    case VT_UI2:
       return a.iVal == b.iVal;
+    case VT_I8:
+    case VT_UI8:
+    case VT_CY:
+      return a.llVal == b.llVal;
+    case VT_DATE:
+      return a.date == b.date;
+    case VT_DECIMAL:
+      return VarDecCmp(const_cast<DECIMAL*>(&a.decVal), const_cast<DECIMAL*>(&b.decVal)) == VARCMP_EQ;
     case VT_DISPATCH:
     case VT_UNKNOWN:
       return IdentityOf(a) == IdentityOf(b);

@@ -24,6 +24,7 @@ class Value {
   Value(short number) : Value() { value_.vt = VT_I2, value_.iVal = number; }
   Value(bool flag) : Value() { value_.vt = VT_BOOL, value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE; }
   Value(const wchar_t* text) : Value(std::wstring_view(text)) {}
+  Value(const std::wstring& text) : Value(std::wstring_view(text)) {}
   Value(std::wstring_view text) : Value() {
     value_.vt = VT_BSTR;
     value_.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));

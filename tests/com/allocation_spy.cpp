@@ -1,0 +1,109 @@
+#include "com/allocation_spy.h"
+
+#include <windows.h>
+#include <objidl.h>
+
+#include <map>
+#include <mutex>
+
+extern "C" void WINAPI SetOaNoCache();
+
+namespace allocation_spy {
+namespace {
+
+class Spy final : public IMallocSpy {
+ public:
+  static Spy& Registered() {
+    static Spy& spy = *[] {
+      // Freed strings would otherwise wait in a cache for their next use.
+      SetOaNoCache();
+      auto* made = new Spy;
+      CoRegisterMallocSpy(made);
+      return made;
+    }();
+    return spy;
+  }
+
+  std::size_t Now() {
+    const std::scoped_lock lock(mutex_);
+    return serial_;
+  }
+
+  std::string OutstandingSince(std::size_t then) {
+    const std::scoped_lock lock(mutex_);
+    std::string text;
+    for (const auto& [address, block] : blocks_) {
+      if (block.serial <= then) continue;
+      text += "block " + std::to_string(block.serial - then) + " of " + std::to_string(block.size) +
+              " bytes\n";
+    }
+    return text;
+  }
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+    *result = iid == IID_IUnknown || iid == IID_IMallocSpy ? this : nullptr;
+    return *result ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+
+  SIZE_T STDMETHODCALLTYPE PreAlloc(SIZE_T size) override {
+    requested_ = size;
+    return size;
+  }
+  void* STDMETHODCALLTYPE PostAlloc(void* block) override {
+    Add(block);
+    return block;
+  }
+  void* STDMETHODCALLTYPE PreFree(void* block, BOOL) override {
+    Remove(block);
+    return block;
+  }
+  void STDMETHODCALLTYPE PostFree(BOOL) override {}
+  SIZE_T STDMETHODCALLTYPE PreRealloc(void* block, SIZE_T size, void** request, BOOL) override {
+    requested_ = size;
+    Remove(block);
+    *request = block;
+    return size;
+  }
+  void* STDMETHODCALLTYPE PostRealloc(void* block, BOOL) override {
+    Add(block);
+    return block;
+  }
+  void* STDMETHODCALLTYPE PreGetSize(void* block, BOOL) override { return block; }
+  SIZE_T STDMETHODCALLTYPE PostGetSize(SIZE_T size, BOOL) override { return size; }
+  void* STDMETHODCALLTYPE PreDidAlloc(void* block, BOOL) override { return block; }
+  int STDMETHODCALLTYPE PostDidAlloc(void*, BOOL, int allocated) override { return allocated; }
+  void STDMETHODCALLTYPE PreHeapMinimize() override {}
+  void STDMETHODCALLTYPE PostHeapMinimize() override {}
+
+ private:
+  struct Block {
+    std::size_t serial;
+    SIZE_T size;
+  };
+
+  void Add(void* block) {
+    const std::scoped_lock lock(mutex_);
+    if (block) blocks_[block] = {++serial_, requested_};
+  }
+  void Remove(void* block) {
+    const std::scoped_lock lock(mutex_);
+    blocks_.erase(block);
+  }
+
+  std::mutex mutex_;
+  std::map<void*, Block> blocks_;
+  std::size_t serial_ = 0;
+  static thread_local SIZE_T requested_;
+};
+
+thread_local SIZE_T Spy::requested_ = 0;
+
+}  // namespace
+
+std::size_t Now() { return Spy::Registered().Now(); }
+
+std::string OutstandingSince(std::size_t then) { return Spy::Registered().OutstandingSince(then); }
+
+}  // namespace allocation_spy
