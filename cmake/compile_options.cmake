@@ -12,7 +12,7 @@ set(CMAKE_CXX_FLAGS_DEBUG "-O1 -g")
 add_library(project_options INTERFACE)
 target_include_directories(project_options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(project_options INTERFACE
-  -Wall -Wextra -Woverloaded-virtual -Wshadow
+  -Wall -Wextra -Wshadow $<$<COMPILE_LANGUAGE:CXX>:-Woverloaded-virtual>
   # A function that ends without its return runs on into the next one.
   -Werror=return-type
   # The same roundings on every machine and in every preset.

@@ -13,8 +13,9 @@ echo "Building $preset${*:+: $*}"
 { cmake --preset "$preset" && cmake --build --preset "$preset" ${*:+--target "$@"}; } \
   < /dev/null > "$log" 2>&1 || {
   # ninja goes on with other files after an error, so the reasons stand before the end.
-  grep -m 20 -A 3 -E '[Ee]rror: |undefined reference|cannot export|^FAILED' "$log" >&2 || tail -n 30 "$log" >&2
+  { grep -m 20 -A 3 -E '[Ee]rror: |undefined reference|cannot export|^FAILED' "$log" ||
+    tail -n 30 "$log"; } | cut -c -300 >&2
   echo "Building $preset failed. Everything it said is in $log; mend it and call again." >&2
   exit 1
 }
-grep -E ' warning: ' "$log" >&2 || true
+grep ' warning: ' "$log" >&2 || true
