@@ -13,12 +13,6 @@ namespace {
 
 using enum ZepMathOperation;
 
-/// The value of a term that is a plain number.
-const double* PlainNumber(const Term& term) {
-  const Term::Node& first = term.Nodes().front();
-  return first.operation == zepMONumber ? &first.number : nullptr;
-}
-
 /// Operands waiting for their operator. The first ones cost no allocation.
 class OperandStack {
  public:
@@ -81,7 +75,7 @@ class Evaluation {
         operands_.Push(node.number);
       } else if (node.operation == zepMOGetVar) {
         Evaluable& variable = frame.evaluated.VariableNamed(node.name);
-        if (const double* number = PlainNumber(variable.Term())) {
+        if (const double* number = variable.Term().Constant()) {
           operands_.Push(*number);
         } else {
           return Enter(variable);
@@ -101,7 +95,7 @@ class Evaluation {
 };
 
 double Evaluate(Evaluable& root) {
-  if (const double* number = PlainNumber(root.Term())) return *number;
+  if (const double* number = root.Term().Constant()) return *number;
   const DefaultFloatEnvironment environment;
   return Evaluation().Run(root);
 }

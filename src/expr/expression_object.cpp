@@ -48,17 +48,9 @@ Variant Expression::Transform(const VARIANT& Source, ZepMathTransMode TransMode)
 
 double Expression::Value() { return Evaluate(*this); }
 
-// The term is what parsing the number's text would give: a negative number is 0 minus its absolute value.
 void Expression::SetValue(double NewValue) {
   if (!std::isfinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);
-  const double absolute = std::fabs(NewValue);
-  if (NewValue < 0) {
-    term_ = zepkit10::Term({{ZepMathOperation::zepMOSub, 0, 0},
-                            {ZepMathOperation::zepMONumber, 0, 0},
-                            {ZepMathOperation::zepMONumber, 0, absolute}});
-  } else {
-    term_ = zepkit10::Term(absolute);
-  }
+  term_.SetNumber(NewValue);
 }
 
 Ref<VarSet> Expression::VarSet() const { return var_set_; }

@@ -198,6 +198,22 @@ std::vector<Term::Node> Parser::InOrderOfText() const {
 
 }  // namespace
 
+Term::Term(std::vector<Node> nodes)
+    : nodes_(std::move(nodes)),
+      is_constant_(nodes_.front().operation == zepMONumber),
+      constant_(nodes_.front().number) {}
+
+void Term::SetNumber(double number) {
+  number += 0.0;  // the text of -0 is that of 0
+  const bool negative = number < 0;
+  nodes_.resize(negative ? 3 : 1);
+  nodes_[0] = {zepMOSub, 0, 0};
+  if (negative) nodes_[1] = {};
+  nodes_.back() = {zepMONumber, 0, negative ? -number : number};
+  is_constant_ = true;
+  constant_ = number;
+}
+
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers) {
   return Term(Parser(text, numbers).Parse());
 }

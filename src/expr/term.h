@@ -21,16 +21,24 @@ class Term {
   };
 
   Term() = default;
-  explicit Term(double number) : nodes_{{ZepMathOperation::zepMONumber, 0, number}} {}
   /// From the nodes of a tree, each before its left and then its right operand.
-  explicit Term(std::vector<Node> nodes) : nodes_(std::move(nodes)) {}
+  explicit Term(std::vector<Node> nodes);
+
+  /// Makes the term what its number's text would be parsed to: a negative number is 0 minus its absolute
+  /// value. The number is finite.
+  void SetNumber(double number);
 
   /// Each node stands before its left and then its right operand. Read from the end, that is the order
   /// of evaluation: the right operand first, then the left, then what joins them.
   const std::vector<Node>& Nodes() const { return nodes_; }
 
+  /// The value of a term that is a plain number, null for any other.
+  const double* Constant() const { return is_constant_ ? &constant_ : nullptr; }
+
  private:
   std::vector<Node> nodes_{Node{}};
+  bool is_constant_ = true;
+  double constant_ = 0;
 };
 
 /// Parses a term. Time is linear in its length, and its nesting is limited by memory only. Errors:
