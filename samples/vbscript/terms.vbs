@@ -16,7 +16,7 @@ Set variables = zepkit.VarSets.Add("circle")
 Set expression = CreateObject("Zepkit10.Expression")
 Set expression.VarSet = variables
 expression.EString = "2*SIN(x)^2+|y-1|"
-WScript.Echo
+WScript.Echo ""
 WScript.Echo expression.EString
 Dim x
 For x = 0 To 3
@@ -30,7 +30,7 @@ variables("r").Value = 2
 variables("p").Expression.EString = "4*ATN(1)"
 variables("c").Expression.EString = "2*p*r"
 variables("a").Expression.EString = "c*r/2"
-WScript.Echo
+WScript.Echo ""
 WScript.Echo "A circle of radius r"
 ShowCircle
 variables("r").Value = 10
@@ -41,7 +41,7 @@ For Each variable In variables
 Next
 
 ' Errors have a number, a source and a text.
-WScript.Echo
+WScript.Echo ""
 WScript.Echo "Errors"
 For Each term In Array("1/0", "SQR(0-1)", "EXP(1000)", "2*(3+4", "1+", "2 + 3")
     ShowError term

@@ -48,7 +48,7 @@ names = variables.Item(99).Name
 Check "a position outside", Err.Number, 9
 Check "a position outside: text", Err.Description, "Subscript out of range"
 Err.Clear
-names = sets("nowhere").Name
+names = sets.Item("nowhere").Name
 Check "an unknown set", Err.Number, -2147220476
 Err.Clear
 names = sets(2).Name
@@ -65,7 +65,7 @@ Set variables("z").Expression = Nothing
 Check "no expression", Err.Number, -2147220478
 Err.Clear
 variables.Explicit = True
-names = variables("q").Name
+names = variables.Item("q").Name
 Check "an explicit set adds nothing", Err.Number, -2147220476
 Err.Clear
 variables("z").Expression.EString = "z+1"
