@@ -9,6 +9,7 @@ packages_of() {
     windows) echo g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine64-tools libwine-dev ;;
     wine) echo wine wine64 fonts-liberation ;;
     format) echo clang-format ;;
+    lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
     bench) echo libbenchmark-dev gnuplot-nox ;;
     *) echo "tools/install_packages.sh: no group '$1'" >&2; exit 2 ;;
@@ -21,6 +22,7 @@ purpose_of() {
     windows) echo "to build for Windows" ;;
     wine) echo "to run what is built for Windows" ;;
     format) echo "to check the formatting" ;;
+    lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;
     bench) echo "to measure, and to compare with" ;;
   esac
