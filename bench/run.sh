@@ -1,16 +1,28 @@
 #!/usr/bin/env bash
-# Runs every benchmark that was built: those of this machine, then those of the component under Wine.
+# Runs the benchmarks that ./dev bench has built, and what they are compared with.
 set -eu
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
-for program in build/bench/*_bench; do
-  [ -x "$program" ] || continue
-  echo "$(basename "$program") on this machine"
-  "$program" --benchmark_color=false
+echo "== The logic on this machine"
+for bench in build/bench/*_bench; do
+  "$bench" --benchmark_color=false 2> /dev/null
 done
+
+echo
+echo "== The component under Wine"
 tools/wine.sh english regsvr32 /s "$PWD/build/x64/zepkit10.dll"
-for program in build/x64/*_bench.exe; do
-  [ -e "$program" ] || continue
-  echo "$(basename "$program" .exe) of the component"
-  WINE_TIMEOUT=0 tools/wine.sh english "$program"
-done
+tools/wine.sh english build/x64/component_bench.exe | tee build/bench/component.txt
+
+seconds=$(awk '/seconds/ { print $1 }' build/bench/component.txt)
+start=$(date +%s.%N)
+gnuplot > build/bench/gnuplot.png << 'PLOT'
+set terminal png size 480,320
+set samples 1000000
+set xrange [-10:10]
+set yrange [-4:4]
+plot sin(x)*x/3 with dots
+PLOT
+end=$(date +%s.%N)
+awk -v ours="$seconds" -v start="$start" -v end="$end" 'BEGIN {
+  printf "  gnuplot draws the same with dots in %.3f seconds: Draw takes %.3f of that\n",
+         end - start, ours / (end - start) }'

@@ -1,10 +1,10 @@
 #include "expr/evaluation.h"
 
-#include <utility>
 #include <vector>
 
 #include "expr/arithmetic.h"
 #include "expr/float_environment.h"
+#include "expr/near_stack.h"
 #include "expr/operations.h"
 #include "frame/errors.h"
 
@@ -13,28 +13,8 @@ namespace {
 
 using enum ZepMathOperation;
 
-/// Operands waiting for their operator. The first ones cost no allocation.
-class OperandStack {
- public:
-  void Push(double operand) {
-    if (count_ < std::size(near_)) {
-      near_[count_++] = operand;
-    } else {
-      far_.push_back(operand);
-    }
-  }
-  double Pop() {
-    if (far_.empty()) return near_[--count_];
-    const double operand = far_.back();
-    far_.pop_back();
-    return operand;
-  }
-
- private:
-  std::size_t count_ = 0;
-  double near_[64];
-  std::vector<double> far_;
-};
+constexpr std::size_t kNearOperands = 32;
+constexpr std::size_t kNearTerms = 8;
 
 }  // namespace
 
@@ -42,18 +22,18 @@ class OperandStack {
 class Evaluation {
  public:
   ~Evaluation() {
-    for (const Frame& frame : frames_) frame.evaluated.in_progress_ = false;
+    while (!frames_.Empty()) frames_.Pop().evaluated->in_progress_ = false;
   }
 
   double Run(Evaluable& root) {
     Enter(root);
-    while (!frames_.empty()) Continue();
+    while (!frames_.Empty()) Continue();
     return operands_.Pop();
   }
 
  private:
   struct Frame {
-    Evaluable& evaluated;
+    Evaluable* evaluated;
     std::size_t left;  // nodes still to visit
   };
 
@@ -61,20 +41,20 @@ class Evaluation {
     if (evaluated.in_progress_) {
       RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace, u"Expression");
     }
-    frames_.push_back({evaluated, evaluated.Term().Nodes().size()});
+    frames_.Push({&evaluated, evaluated.Term().Nodes().size()});
     evaluated.in_progress_ = true;
   }
 
   /// Goes on with the innermost term until it is done or needs the value of another one.
   void Continue() {
-    Frame& frame = frames_.back();
-    const std::vector<Term::Node>& nodes = frame.evaluated.Term().Nodes();
+    Frame& frame = frames_.Top();
+    const std::vector<Term::Node>& nodes = frame.evaluated->Term().Nodes();
     while (frame.left > 0) {
       const Term::Node& node = nodes[--frame.left];
       if (node.operation == zepMONumber) {
         operands_.Push(node.number);
       } else if (node.operation == zepMOGetVar) {
-        Evaluable& variable = frame.evaluated.VariableNamed(node.name);
+        Evaluable& variable = frame.evaluated->VariableNamed(node.name);
         if (const double* number = variable.Term().Constant()) {
           operands_.Push(*number);
         } else {
@@ -86,12 +66,12 @@ class Evaluation {
         operands_.Push(Calculate(node.operation, left, right));
       }
     }
-    frame.evaluated.in_progress_ = false;
-    frames_.pop_back();
+    frame.evaluated->in_progress_ = false;
+    frames_.Pop();
   }
 
-  std::vector<Frame> frames_;
-  OperandStack operands_;
+  NearStack<Frame, kNearTerms> frames_;
+  NearStack<double, kNearOperands> operands_;
 };
 
 double Evaluate(Evaluable& root) {
