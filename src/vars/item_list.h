@@ -42,7 +42,8 @@ class ItemList {
   /// Gives an item its name, in place of the one it had. No other item may have it.
   void SetName(Item& item, std::u16string_view old_name, std::u16string_view new_name) {
     names_.emplace(new_name, &item);
-    ForgetName(item, old_name);
+    // An item without a name may get the empty one.
+    if (old_name != new_name) ForgetName(item, old_name);
   }
 
   /// Takes an item out. One that is not here is no fault.
