@@ -78,7 +78,8 @@ bool operator==(const Value& left, const Value& right) {
       return VarDecCmp(const_cast<DECIMAL*>(&a.decVal), const_cast<DECIMAL*>(&b.decVal)) == VARCMP_EQ;
     case VT_DISPATCH:
     case VT_UNKNOWN:
-      return IdentityOf(a) == IdentityOf(b);
+      // ComPtr has no comparison of its own here: it would compare whether there is an object.
+      return IdentityOf(a).Get() == IdentityOf(b).Get();
     default:
       return a.lVal == b.lVal;
   }
