@@ -7,17 +7,23 @@
 #include "frame/library_object.h"
 
 namespace zepkit10 {
-namespace {
 
-/// What the objects of one apartment share.
 struct Apartment {
   Ref<Library> library;
   long users = 0;
+  bool ended = false;  // no thread leads here any more; it goes with its last user
 
   void TearDown() noexcept {
-    if (const Ref<Library> ended = std::exchange(library, nullptr)) ended->TearDown();
+    if (const Ref<Library> torn = std::exchange(library, nullptr)) torn->TearDown();
+  }
+  void End() noexcept {
+    TearDown();
+    ended = true;
+    if (users == 0) delete this;
   }
 };
+
+namespace {
 
 // A TLS slot of the platform's: unlike thread_local it has no destructor that could outlive the DLL.
 const DWORD slot = TlsAlloc();
@@ -49,32 +55,29 @@ Ref<Library> GetSharedLibrary() {
   return apartment.library;
 }
 
-UserCount::UserCount() { ++Current().users; }
+UserCount::UserCount() : apartment_(Current()) { ++apartment_.users; }
 
 UserCount::~UserCount() {
-  Apartment* apartment = Existing();
-  if (apartment && --apartment->users == 0) apartment->TearDown();
+  if (--apartment_.users > 0) return;
+  apartment_.TearDown();
+  if (apartment_.ended) delete &apartment_;
 }
 
 void EndApartment() noexcept {
   Apartment* apartment = Existing();
   if (!apartment) return;
-  apartment->TearDown();
   {
     const RegistryLock lock;
     std::erase(registry, apartment);
   }
   TlsSetValue(slot, nullptr);
-  delete apartment;
+  apartment->End();
 }
 
 void EndAllApartments() noexcept {
-  // The loader calls alone: no other thread is inside the DLL any more.
-  for (Apartment* apartment : std::exchange(registry, {})) {
-    apartment->TearDown();
-    delete apartment;
-  }
   TlsFree(slot);
+  // The loader calls alone: no other thread is inside the DLL any more.
+  for (Apartment* apartment : std::exchange(registry, {})) apartment->End();
 }
 
 }  // namespace zepkit10
