@@ -1,0 +1,66 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include "Zepkit10.h"
+
+/// Objects of a client that offer interfaces of the type library. They live on the stack and fail
+/// every call of a member.
+namespace foreign {
+
+template <class Interface>
+class Object : public Interface {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+    const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface);
+    *result = known ? this : nullptr;
+    if (known) ++references;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
+  ULONG STDMETHODCALLTYPE Release() override { return --references; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    return E_NOTIMPL;
+  }
+
+  ULONG references = 1;
+};
+
+class Expression : public Object<_Expression> {
+ public:
+  HRESULT STDMETHODCALLTYPE Clear() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_EString(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_EString(BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Transform(VARIANT, ZepMathTransMode, VARIANT*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE get_Value(double*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_Value(double) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_VarSet(_VarSet**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE putref_VarSet(_VarSet*) override { return E_NOTIMPL; }
+};
+
+class VarSet : public Object<_VarSet> {
+ public:
+  HRESULT STDMETHODCALLTYPE Add(BSTR, _Variable**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Clear() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Count(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Delete() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Explicit(VARIANT_BOOL*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_Explicit(VARIANT_BOOL) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Item(VARIANT, _Variable**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Name(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_Name(BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_NewEnum(IUnknown**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Parent(_VarSets**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Remove(VARIANT) override { return E_NOTIMPL; }
+};
+
+}  // namespace foreign

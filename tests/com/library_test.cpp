@@ -1,0 +1,173 @@
+// The root objects: what they share, and how long it lives.
+#include "com/apartment.h"
+#include "com/german_user.h"
+#include "com/var_sets_fixture.h"
+#include "frame/object_serial.h"
+
+namespace {
+
+using client::Binding;
+using client::Object;
+using client::Value;
+using component::InNewApartment;
+using Microsoft::WRL::ComPtr;
+
+class LibraryTest : public BothBindings {
+ protected:
+  static Object NewGlobal() { return Create(CLSID_Global); }
+};
+
+TEST_P(LibraryTest, RootsShareTheirObjects) {
+  const Object first = NewGlobal(), second = NewGlobal();
+  const Object library = first.GetObject(L"Zep");
+  EXPECT_EQ(second.Get(L"Zep"), library);
+  for (const wchar_t* name : {L"Charts", L"VarSets"}) {
+    const Object shared = first.GetObject(name);
+    ASSERT_TRUE(shared);
+    EXPECT_EQ(first.Get(name), shared);
+    EXPECT_EQ(second.Get(name), shared);
+    EXPECT_EQ(library.Get(name), shared);
+    EXPECT_EQ(shared.Get(L"Parent"), library);
+  }
+}
+
+TEST_P(LibraryTest, BothRootsCompute) {
+  const Object global = NewGlobal();
+  const Object library = global.GetObject(L"Zep");
+  for (const Object& root : {global, library}) {
+    EXPECT_EQ(root.Call(L"Compute", {L"2*SIN(0)^2+|1-3|"}), 2.0);
+    EXPECT_EQ(root.Call(L"Compute", {L""}), 0.0);
+    EXPECT_EQ(root.Call(L"Compute", {L"  (2^3^2) "}), 64.0);
+  }
+}
+
+TEST_P(LibraryTest, ComputeFoldsEveryFaultOfTheEvaluation) {
+  const Object global = NewGlobal();
+  const Object library = global.GetObject(L"Zep");
+  for (const Object& root : {global, library}) {
+    for (const wchar_t* term :
+         {L"x", L"1+x", L"1/0", L"0/0", L"EXP(1000)", L"SQR(0-1)", L"LOG(0)"}) {
+      EXPECT_ERROR(root.Call(L"Compute", {term}), zepErrBadCharInTerm, L"Zepkit10",
+                   L"Bad character in function term");
+    }
+  }
+}
+
+TEST_P(LibraryTest, ComputeLeavesFaultsOfTheTermAsTheyAre) {
+  const Object global = NewGlobal();
+  const Object library = global.GetObject(L"Zep");
+  for (const Object& root : {global, library}) {
+    EXPECT_ZEP_ERROR(root.Call(L"Compute", {L"#"}), zepErrBadPropValue, L"Expression");
+    EXPECT_ZEP_ERROR(root.Call(L"Compute", {L"x + 1"}), zepErrBadCall, L"Expression");
+    EXPECT_ZEP_ERROR(root.Call(L"Compute", {L"(x"}), zepErrBadParam, L"Expression");
+    EXPECT_ZEP_ERROR(root.Call(L"Compute", {L"(x)(y)"}), zepErrExtractTerm, L"Expression");
+  }
+}
+
+TEST_P(LibraryTest, GermanComputeReadsADecimalComma) {
+  SKIP_UNLESS_GERMAN();
+  EXPECT_EQ(NewGlobal().Call(L"Compute", {L"2,5*2"}), 5.0);
+}
+
+TEST_P(LibraryTest, WithoutSharedCollectionsTheLibraryGoesWithTheLastGlobal) {
+  InNewApartment([] {
+    Object first = NewGlobal(), second = NewGlobal();
+    const Object library = first.GetObject(L"Zep");
+    first.Reset();
+    EXPECT_EQ(second.Get(L"Zep"), library);
+    second.Reset();
+    EXPECT_FALSE(NewGlobal().Get(L"Zep") == library);
+    EXPECT_EQ(library.Call(L"Compute", {L"1+1"}), 2.0);  // held, it still serves
+  });
+}
+
+TEST_P(LibraryTest, ASharedCollectionKeepsTheLibrary) {
+  for (const wchar_t* name : {L"Charts", L"VarSets"}) {
+    InNewApartment([&] {
+      Object global = NewGlobal();
+      const Object library = global.GetObject(L"Zep");
+      EXPECT_OK(global.GetObject(name).Call(L"Add", {L"kept"}));
+      global.Reset();
+      global = NewGlobal();
+      EXPECT_EQ(global.Get(L"Zep"), library);
+      EXPECT_EQ(global.GetObject(name).Get(L"Count"), 1);
+      EXPECT_EQ(global.GetObject(name).GetObject(L"Item", {L"kept"}).Get(L"Name"), L"kept");
+    });
+  }
+}
+
+TEST_P(LibraryTest, WhatNobodyHoldsDoesNotKeepTheComponentLoaded) {
+  InNewApartment([] {
+    EXPECT_EQ(S_OK, component::CanUnloadNow());
+    EXPECT_OK(NewGlobal().GetObject(L"VarSets").CallObject(L"Add", {L"kept"}).Call(L"Add", {L"x"}));
+    EXPECT_OK(NewGlobal().GetObject(L"Charts").Call(L"Add", {L"kept"}));
+    EXPECT_EQ(S_OK, component::CanUnloadNow());
+    const Object set = NewGlobal().GetObject(L"VarSets").GetObject(L"Item", {L"kept"});
+    EXPECT_EQ(S_FALSE, component::CanUnloadNow());
+    auto entry = set.Get(L"NewEnum");
+    EXPECT_OK(entry);
+  });
+  EXPECT_EQ(S_OK, component::CanUnloadNow());
+}
+
+TEST_P(LibraryTest, ManyGlobals) {
+  std::vector<Object> globals;
+  for (int i = 0; i < 10000; ++i) globals.push_back(NewGlobal());
+  EXPECT_EQ(globals.front().Get(L"Zep"), globals.back().GetObject(L"Zep"));
+}
+
+TEST_P(LibraryTest, EveryApartmentHasItsOwn) {
+  const Object global = NewGlobal();
+  EXPECT_OK(global.GetObject(L"VarSets").Call(L"Clear"));
+  const Object set = global.GetObject(L"VarSets").CallObject(L"Add", {L"mine"});
+  InNewApartment([&] {
+    const Object sets = NewGlobal().GetObject(L"VarSets");
+    EXPECT_EQ(sets.Get(L"Count"), 0);
+    EXPECT_OK(sets.Call(L"Add", {L"mine"}));
+    EXPECT_EQ(sets.Get(L"Count"), 1);
+    InNewApartment([] { EXPECT_EQ(NewGlobal().GetObject(L"VarSets").Get(L"Count"), 0); });
+    EXPECT_EQ(sets.Get(L"Count"), 1);
+  });
+  EXPECT_EQ(global.GetObject(L"VarSets").Get(L"Count"), 1);
+  EXPECT_OK(set.Call(L"Delete"));
+}
+
+// The objects are held past the end of their thread, which is against the rules, but must hurt
+// nobody.
+TEST_P(LibraryTest, TheEndOfAnApartmentShutsItsCollections) {
+  const Object global = NewGlobal();
+  const Object library = global.GetObject(L"Zep");
+  Object sets, set, other_global, other_library;
+  InNewApartment([&] {
+    other_global = NewGlobal();
+    other_library = other_global.GetObject(L"Zep");
+    sets = other_global.GetObject(L"VarSets");
+    set = sets.CallObject(L"Add", {L"set"});
+  });
+  EXPECT_ZEP_ERROR(sets.Get(L"Count"), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Call(L"Add"), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Call(L"Clear"), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Get(L"Item", {1}), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Get(L"NewEnum"), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Get(L"Parent"), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(sets.Call(L"Remove", {1}), zepErrAwaitTerm, L"VarSets");
+  EXPECT_ZEP_ERROR(set.Get(L"Name"), zepErrAwaitTerm, L"VarSet");
+  for (Object* held : {&set, &sets, &other_library, &other_global}) held->Reset();
+  EXPECT_EQ(global.Get(L"Zep"), library);
+}
+
+TEST_P(LibraryTest, SerialsCountAcrossClasses) {
+  if (!component::IsLinked()) GTEST_SKIP() << "looks into the component";
+  const Object global = NewGlobal();
+  const Object set = global.GetObject(L"VarSets").CallObject(L"Add");
+  const auto before = zepkit10::NextObjectSerial();
+  Create(CLSID_Counter);
+  Create(CLSID_Expression);
+  NewGlobal();
+  set.CallObject(L"Add", {L"x"});  // a variable and its Expression
+  EXPECT_EQ(before + 6, zepkit10::NextObjectSerial());
+}
+
+RUN_IN_BOTH_BINDINGS(LibraryTest);
+
+}  // namespace
