@@ -25,21 +25,23 @@ bool IsSimple(std::u16string_view text, char16_t decimal) {
 
 }  // namespace
 
-// What the platform takes among digits, commas and points: digits with any number of group separators
-// among them, then at most one decimal separator with more digits.
+// What the platform takes among digits, commas and points: at most one decimal separator, at least one
+// digit, and group separators anywhere but in front.
 std::size_t NumberLength(std::u16string_view text, const NumberFormat& format) {
+  const bool grouped = format.group == u',' || format.group == u'.';
   std::size_t length = 0;
-  const auto skip = [&](auto accepted) {
-    const std::size_t start = length;
-    while (length < text.size() && accepted(text[length])) ++length;
-    return length - start;
-  };
-  const bool starts_with_digit = !text.empty() && IsDigit(text[0]);
-  if (starts_with_digit) skip([&](char16_t c) { return IsDigit(c) || (c == format.group && (c == u',' || c == u'.')); });
-  if (length == text.size() || text[length] != format.decimal) return length;
-  ++length;
-  const std::size_t decimals = skip(IsDigit);
-  return starts_with_digit || decimals > 0 ? length : 0;
+  bool any_digit = false, any_decimal = false;
+  for (; length < text.size(); ++length) {
+    const char16_t c = text[length];
+    if (IsDigit(c)) {
+      any_digit = true;
+    } else if (c == format.decimal && !any_decimal) {
+      any_decimal = true;
+    } else if (c != format.group || !grouped || length == 0) {
+      break;
+    }
+  }
+  return any_digit ? length : 0;
 }
 
 std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat& format) {
