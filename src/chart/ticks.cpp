@@ -21,21 +21,19 @@ class Counter {
     return value_ > before;
   }
 
-  /// Steps until the counter is at least `target`. False where it cannot get there.
-  bool AdvanceTo(double target) {
-    while (value_ < target) {
-      const double before = value_;
-      if (!Step() || !std::isfinite(value_)) return false;
-      // The first step may have been rounded another way than those that follow.
+  /// Steps as long as the counter moves and stays at or below `target`.
+  void AdvanceWithin(double target) {
+    for (float next = value_ + step_; next > value_ && next <= target; next = value_ + step_) {
+      const float before = std::exchange(value_, next);
+      // Half a place is rounded to even: only after a step between the same powers of two does it
+      // always go the same way.
+      if (before == 0 || std::ilogb(before) != std::ilogb(value_)) continue;
       const double start = value_;
       const double amount = static_cast<double>(value_ + step_) - start;
       const double binade_end = std::ldexp(1.0, std::ilogb(value_) + 1);
       const double steps = std::floor((std::min(target, binade_end) - start) / amount) - 1;
-      if (before > 0 && steps > 1 && std::isfinite(steps)) {
-        value_ = static_cast<float>(start + steps * amount);
-      }
+      if (steps > 1 && std::isfinite(steps)) value_ = static_cast<float>(start + steps * amount);
     }
-    return true;
   }
 
  private:
@@ -57,17 +55,18 @@ std::vector<float> PlanTicks(float end, float step, const Axis& axis) {
 
   std::vector<float> ticks;
   Counter counter(std::fabs(step));
-  if (visible_from > 0 && !counter.AdvanceTo(visible_from)) return ticks;
-  std::optional<double> painted;
+  if (visible_from > 0) counter.AdvanceWithin(visible_from);
+  std::optional<int> painted;
   while (counter.Value() <= visible_to) {
     const float position = sign * counter.Value();
-    if (const auto pixel = axis.ToPixel(position); pixel && pixel != painted) {
+    if (const auto pixel = axis.ToVisiblePixel(position); pixel && pixel != painted) {
       painted = pixel;
       ticks.push_back(position);
     }
-    // On to the next pixel: half of one away at least, then step by step.
+    // Within half a pixel lies no pixel but this one and that of the last step.
     const double half = counter.Value() + std::fabs(axis.ToUnits(0.5));
-    if (!counter.Step() || !counter.AdvanceTo(std::min(half, visible_to))) break;
+    if (!counter.Step()) break;
+    counter.AdvanceWithin(std::min(half, visible_to));
   }
   return ticks;
 }
