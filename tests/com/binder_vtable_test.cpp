@@ -122,7 +122,7 @@ TEST_F(BinderVtableTest, ReferencesAreChangedInPlace) {
   EXPECT_EQ(probeKindSecond, kind);
   ComPtr<::_Probe> object;
   EXPECT_EQ(S_OK, vtable()->ChangeProbe(object.GetAddressOf()));
-  EXPECT_EQ(probe_, object);
+  EXPECT_EQ(probe_.Get(), object.Get());
 }
 
 TEST_F(BinderVtableTest, ObjectsOfOtherMakersAreRefused) {

@@ -103,7 +103,9 @@ Objects FindObjects() {
     const client::Object client(object.Get(), client::Binding::kDispatch);
     for (const Slot& slot : SlotsOf(interfaces[name])) {
       if (!LeadsOn(slot)) continue;
-      const auto outcome = slot.name == L"Add" ? client.Call(L"Add", {L"a"}) : client.Get(slot.name.c_str());
+      const bool adds = slot.name == L"Add";
+      if (adds) client.Call(L"Clear");  // what an earlier test left in a shared collection
+      const auto outcome = adds ? client.Call(L"Add", {L"a"}) : client.Get(slot.name.c_str());
       if (const client::Object next = client.With(outcome)) open.emplace_back(next.get());
     }
   }

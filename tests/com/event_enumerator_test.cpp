@@ -115,7 +115,7 @@ TEST_F(EnumeratorTest, PointsAreEnumerated) {
   EXPECT_EQ(S_OK, points->Next(1, &point, &fetched));
   EXPECT_EQ(1u, fetched);
   EXPECT_EQ(S_OK, Container()->FindConnectionPoint(DIID___Probe, &found));
-  EXPECT_EQ(found, point);
+  EXPECT_EQ(found.Get(), point.Get());
   ComPtr<IConnectionPoint> none;
   EXPECT_EQ(S_FALSE, points->Next(1, &none, nullptr));
   EXPECT_EQ(S_OK, points->Reset());
