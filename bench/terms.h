@@ -32,7 +32,8 @@ inline constexpr BenchTerm kBenchTerms[] = {
      [](double x, double) {
        return x + 2 * x + 3 * x + 4 * x + 5 * x + 6 * x + 7 * x + 8 * x + 9 * x + 10 * x;
      }},
-    {u"(x-1)*(x-2)+(x-3)*(x-4)+(x-5)*(x-6)+(x-7)*(x-8)+(y-1)*(y-2)+(y-3)*(y-4)+(y-5)*(y-6)+(y-7)*(y-8)"
+    {u"(x-1)*(x-2)+(x-3)*(x-4)+(x-5)*(x-6)+(x-7)*(x-8)+(y-1)*(y-2)+(y-3)*(y-4)+(y-5)*(y-6)+(y-7)*("
+     u"y-8)"
      u"+SIN(x)*COS(y)+2*x*y-x/3+y/7",
      [](double x, double y) {
        return (x - 1) * (x - 2) + (x - 3) * (x - 4) + (x - 5) * (x - 6) + (x - 7) * (x - 8) +

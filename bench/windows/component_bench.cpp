@@ -1,5 +1,5 @@
-// The component as a C++ client uses it, through the vtable. Every figure is a ratio to something measured
-// beside it, in rounds that take turns; the medians of the rounds are compared.
+// The component as a C++ client uses it, through the vtable. Every figure is a ratio to something
+// measured beside it, in rounds that take turns; the medians of the rounds are compared.
 #include <windows.h>
 #include <oaidl.h>
 #include <wrl/client.h>
@@ -83,8 +83,9 @@ void MeasureTerms(_Global* zepkit) {
   const auto x = AddVariable(variables.Get(), u"x");
   AddVariable(variables.Get(), u"y")->put_Value(0.5);
   ComPtr<_Expression> expression;
-  Check(CoCreateInstance(CLSID_Expression, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&expression)),
-        "Creating Zepkit10.Expression");
+  Check(
+      CoCreateInstance(CLSID_Expression, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&expression)),
+      "Creating Zepkit10.Expression");
   Check(expression->putref_VarSet(variables.Get()), "Expression.VarSet");
 
   std::printf("Evaluation: x rewritten, then the value read, through the vtable\n");

@@ -57,8 +57,8 @@ class Progress final : public IDispatch {
   HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
     return E_NOTIMPL;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*,
-                                   EXCEPINFO*, UINT*) override {
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments,
+                                   VARIANT*, EXCEPINFO*, UINT*) override {
     if (event == 1) {
       Finish();
       std::printf("  %-14ls x from %g to %g ", arguments->rgvarg[5].bstrVal,

@@ -9,9 +9,9 @@
 namespace zepkit10 {
 namespace {
 
-constexpr int kTickPixels = 4;          // from the axis to either side
+constexpr int kTickPixels = 4;  // from the axis to either side
 constexpr int kSamplesBetweenYields = 100;
-constexpr int kMaxDrawsRunning = 16;    // a handler that draws again, whose handler draws again …
+constexpr int kMaxDrawsRunning = 16;  // a handler that draws again, whose handler draws again …
 
 class RunningDraw {
  public:
@@ -137,8 +137,8 @@ void Chart::DrawAxes() {
   if (coord_metric_ != 0) DrawTicks(static_cast<float>(coord_metric_));
 }
 
-// The loops along y use the upper bound with the negative step, as those along x use the lower: with a
-// range around 0 a positive metric marks the x axis only, a negative one the y axis only.
+// The loops along y use the upper bound with the negative step, as those along x use the lower:
+// with a range around 0 a positive metric marks the x axis only, a negative one the y axis only.
 void Chart::DrawTicks(float metric) {
   const Axis& x = surface_.X();
   const Axis& y = surface_.Y();
@@ -149,10 +149,12 @@ void Chart::DrawTicks(float metric) {
   const float bottom = top + static_cast<float>(y.Last() - y.First());
   const float right = left + static_cast<float>(x.Last() - x.First());
   for (const auto& [end, step] : {std::pair(top, -metric), std::pair(bottom, metric)}) {
-    for (const float tick : PlanTicks(end, step, y)) surface_.LineAlongX(tick_x, -tick_x, tick, black);
+    for (const float tick : PlanTicks(end, step, y))
+      surface_.LineAlongX(tick_x, -tick_x, tick, black);
   }
   for (const auto& [end, step] : {std::pair(left, -metric), std::pair(right, metric)}) {
-    for (const float tick : PlanTicks(end, step, x)) surface_.LineAlongY(tick, -tick_y, tick_y, black);
+    for (const float tick : PlanTicks(end, step, x))
+      surface_.LineAlongY(tick, -tick_y, tick_y, black);
   }
 }
 
@@ -160,7 +162,8 @@ Ref<Variable> Chart::VariableNamed(std::u16string_view name) const {
   return Ref<Variable>(&var_set_->VariableNamed(name));
 }
 
-void Chart::DrawFunction(const Ref<FncInfo>& function, int colour_index, const Variables& variables) {
+void Chart::DrawFunction(const Ref<FncInfo>& function, int colour_index,
+                         const Variables& variables) {
   const std::u16string term = function->Expression()->EString();
   events_.NewFnc(term, function->XHigh(), function->XLow(), function->YHigh(), function->YLow(),
                  function->Interval());

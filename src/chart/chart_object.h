@@ -25,8 +25,9 @@ class Chart final : public ItemOf<Deletable<Chart, ChartShim>, Charts> {
   double CoordMetric() const;
   void SetCoordMetric(double NewCoordMetric);
 
-  /// Draws anew. A handler, or whatever runs while `Draw` yields, may do anything to the chart: once it
-  /// is deleted `Draw` ends with `zepErrAwaitTerm`, otherwise it goes on with what is there.
+  /// Draws anew. A handler, or whatever runs while `Draw` yields, may do anything to the chart:
+  /// once it is deleted `Draw` ends with `zepErrAwaitTerm`, otherwise it goes on with what is
+  /// there.
   void Draw();
 
   /// How often each runtime error 1 to 76 befell a sample of the last `Draw`.

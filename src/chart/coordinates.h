@@ -21,8 +21,8 @@ class Axis {
     return pixels * (last_ - first_) / (pixels_ > 1 ? pixels_ - 1 : 1);
   }
 
-  /// The pixel, counted from 0, on which a position lies; it may be outside the surface. Nothing where
-  /// the axis has no extent or the position no place on it.
+  /// The pixel, counted from 0, on which a position lies; it may be outside the surface. Nothing
+  /// where the axis has no extent or the position no place on it.
   std::optional<double> ToPixel(double position) const {
     const double pixel = std::nearbyint((position - first_) / ToUnits(1));
     return std::isfinite(pixel) ? std::optional<double>(pixel) : std::nullopt;

@@ -4,9 +4,9 @@
 
 namespace zepkit10 {
 
-/// The counting loop over a function's range: from low to high with a step, the end and the step fixed at
-/// the start. A loop with a negative step runs while x is not below the end, any other while it is not
-/// above.
+/// The counting loop over a function's range: from low to high with a step, the end and the step
+/// fixed at the start. A loop with a negative step runs while x is not below the end, any other
+/// while it is not above.
 class Sampling {
  public:
   Sampling(double low, double high, double step) : x_(low), high_(high), step_(step) {}
@@ -31,8 +31,8 @@ class Sampling {
   bool stuck_ = false;
 };
 
-/// The number of a sample, counted from 0: (x - low) / interval, rounded half to even. Error 11 for an
-/// interval of 0, error 6 outside the 32-bit range.
+/// The number of a sample, counted from 0: (x - low) / interval, rounded half to even. Error 11 for
+/// an interval of 0, error 6 outside the 32-bit range.
 std::int32_t SampleNumber(double x, double low, double interval);
 
 }  // namespace zepkit10

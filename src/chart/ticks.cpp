@@ -7,8 +7,8 @@
 namespace zepkit10 {
 namespace {
 
-/// A counter in single precision that starts at 0 and goes up by a positive step. Between two powers of
-/// two each step adds the same rounded amount, so that many steps can be taken at once.
+/// A counter in single precision that starts at 0 and goes up by a positive step. Between two
+/// powers of two each step adds the same rounded amount, so that many steps can be taken at once.
 class Counter {
  public:
   explicit Counter(float step) : step_(step) {}
@@ -50,7 +50,8 @@ std::vector<float> PlanTicks(float end, float step, const Axis& axis) {
   if (last < 0 || std::isnan(end)) return {};
   const double bounds[] = {sign * axis.First(), sign * axis.Last()};
   const double visible_from = std::min(bounds[0], bounds[1]) - std::fabs(axis.ToUnits(1));
-  const double visible_to = std::min(last, std::max(bounds[0], bounds[1]) + std::fabs(axis.ToUnits(1)));
+  const double visible_to =
+      std::min(last, std::max(bounds[0], bounds[1]) + std::fabs(axis.ToUnits(1)));
   if (!axis.ToPixel(0)) return {};
 
   std::vector<float> ticks;

@@ -9,7 +9,8 @@ class Evaluable {
  public:
   virtual const zepkit10::Term& Term() const = 0;
 
-  /// What a variable of the term stands for. Raises what there is to raise where it stands for nothing.
+  /// What a variable of the term stands for. Raises what there is to raise where it stands for
+  /// nothing.
   virtual Evaluable& VariableNamed(char16_t name) = 0;
 
  protected:
@@ -20,10 +21,10 @@ class Evaluable {
   bool in_progress_ = false;
 };
 
-/// The value of a term with the current values of its variables, which may be terms themselves: a chain of
-/// any length is followed, one that leads back to itself raises error 28. Operands are evaluated right
-/// before left. Raises error 11 for a division by zero, 6 for an overflow and 5 for any other invalid
-/// operation; the result is always finite.
+/// The value of a term with the current values of its variables, which may be terms themselves: a
+/// chain of any length is followed, one that leads back to itself raises error 28. Operands are
+/// evaluated right before left. Raises error 11 for a division by zero, 6 for an overflow and 5 for
+/// any other invalid operation; the result is always finite.
 double Evaluate(Evaluable& root);
 
 }  // namespace zepkit10

@@ -9,8 +9,8 @@ namespace zepkit10 {
 
 class VarSet;
 
-/// A term: parsed when it is assigned, evaluated when its value is read, against the variables of the
-/// attached set.
+/// A term: parsed when it is assigned, evaluated when its value is read, against the variables of
+/// the attached set.
 class Expression final : public AutomationObject<Expression, ExpressionShim>, public Evaluable {
  public:
   Expression();

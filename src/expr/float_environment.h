@@ -1,13 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <xmmintrin.h>
+
+#include <cstdint>
 
 namespace zepkit10 {
 
 /// The processor's default floating-point environment for the length of a scope: no trapped
-/// exceptions, round to nearest, full precision. Some hosts run with others, and would be thrown out of
-/// an evaluation, or get other results from it.
+/// exceptions, round to nearest, full precision. Some hosts run with others, and would be thrown
+/// out of an evaluation, or get other results from it.
 class DefaultFloatEnvironment {
  public:
   DefaultFloatEnvironment() {

@@ -25,8 +25,8 @@ bool IsSimple(std::u16string_view text, char16_t decimal) {
 
 }  // namespace
 
-// What the platform takes among digits, commas and points: at most one decimal separator, at least one
-// digit, and group separators anywhere but in front.
+// What the platform takes among digits, commas and points: at most one decimal separator, at least
+// one digit, and group separators anywhere but in front.
 std::size_t NumberLength(std::u16string_view text, const NumberFormat& format) {
   const bool grouped = format.group == u',' || format.group == u'.';
   std::size_t length = 0;
@@ -65,8 +65,8 @@ std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat&
 std::u16string NumberToText(double number, const NumberFormat& format) {
   if (number == 0) return u"0";
   char shortest[32];  // d.ddde-308
-  const auto made = std::to_chars(shortest, std::end(shortest), std::fabs(number),
-                                  std::chars_format::scientific);
+  const auto made =
+      std::to_chars(shortest, std::end(shortest), std::fabs(number), std::chars_format::scientific);
   std::u16string digits;
   const char* c = shortest;
   for (; *c != 'e'; ++c) {

@@ -15,16 +15,16 @@ struct NumberFormat {
   std::function<std::optional<double>(std::u16string_view)> convert;
 };
 
-/// The length of the number at the start of a text of digits, commas and points: the longest part that
-/// the platform would convert; 0 where there is none.
+/// The length of the number at the start of a text of digits, commas and points: the longest part
+/// that the platform would convert; 0 where there is none.
 std::size_t NumberLength(std::u16string_view text, const NumberFormat& format);
 
-/// The number that a text stands for. Digits with at most one decimal separator are rounded correctly;
-/// everything else is left to the platform.
+/// The number that a text stands for. Digits with at most one decimal separator are rounded
+/// correctly; everything else is left to the platform.
 std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat& format);
 
-/// The shortest text of a finite number that reads back to the same number: the user's decimal separator,
-/// no grouping, never an exponent.
+/// The shortest text of a finite number that reads back to the same number: the user's decimal
+/// separator, no grouping, never an exponent.
 std::u16string NumberToText(double number, const NumberFormat& format);
 
 }  // namespace zepkit10

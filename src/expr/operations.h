@@ -25,9 +25,9 @@ constexpr bool IsBinary(ZepMathOperation operation) { return OperandCount(operat
 constexpr std::optional<ZepMathPriority> PriorityOf(ZepMathOperation operation) {
   using enum ZepMathPriority;
   constexpr ZepMathPriority kPriorities[] = {
-      zepMPAmount, zepMPDash, zepMPDash, zepMPDot, zepMPDot, zepMPRaise,
-      zepMPFnc, zepMPFnc, zepMPFnc, zepMPFnc, zepMPFnc, zepMPFnc, zepMPFnc,
-      zepMPVariable, zepMPVariable, zepMPVariable, zepMPVariable};
+      zepMPAmount, zepMPDash,     zepMPDash,     zepMPDot,      zepMPDot,     zepMPRaise,
+      zepMPFnc,    zepMPFnc,      zepMPFnc,      zepMPFnc,      zepMPFnc,     zepMPFnc,
+      zepMPFnc,    zepMPVariable, zepMPVariable, zepMPVariable, zepMPVariable};
   const auto code = static_cast<std::int32_t>(operation);
   if (code < 0 || code >= static_cast<std::int32_t>(std::size(kPriorities))) return {};
   return kPriorities[code];

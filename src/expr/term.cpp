@@ -15,17 +15,18 @@ using enum ZepMathOperation;
 
 /// Between two tokens without an operator a multiplication may be understood.
 bool ImpliesMultiplication(const Token& left, const Token& right) {
-  const bool value = left.operation == zepMOGetVar || left.operation == zepMONumber ||
-                     left.operation == zepMOParC;
+  const bool value =
+      left.operation == zepMOGetVar || left.operation == zepMONumber || left.operation == zepMOParC;
   const bool followed = right.operation == zepMOGetVar || right.operation == zepMONumber ||
                         right.operation == zepMOParO || IsFunction(right.operation);
   const bool numbers = left.operation == zepMONumber && right.operation == zepMONumber;
   return value && followed && !numbers;
 }
 
-/// Parses with an explicit stack of levels: a level is the content of a bracket or value-dash group, the
-/// whole term first. On each level operators join operands from left to right by priority, which gives
-/// the tree that splitting at the rightmost operator of the lowest priority would give.
+/// Parses with an explicit stack of levels: a level is the content of a bracket or value-dash
+/// group, the whole term first. On each level operators join operands from left to right by
+/// priority, which gives the tree that splitting at the rightmost operator of the lowest priority
+/// would give.
 class Parser {
  public:
   Parser(std::u16string_view text, const NumberFormat& numbers)
@@ -50,9 +51,9 @@ class Parser {
     ZepMathOperation function = zepMONumber;  // zepMONumber: none
   };
   struct Level {
-    std::size_t first, next;    // of its tokens in tokens_
-    std::size_t operators;      // how many operators were open before
-    Wrapping wrapping;          // of the level's value
+    std::size_t first, next;  // of its tokens in tokens_
+    std::size_t operators;    // how many operators were open before
+    Wrapping wrapping;        // of the level's value
   };
 
   void Enter(std::size_t begin, std::size_t end, Wrapping wrapping);
@@ -66,7 +67,7 @@ class Parser {
 
   const NumberFormat& numbers_;
   const Tokenizer tokenizer_;
-  std::vector<Token> tokens_;                // of the levels being parsed
+  std::vector<Token> tokens_;  // of the levels being parsed
   std::vector<Level> levels_;
   std::vector<ZepMathOperation> operators_;  // waiting for their right operand
   std::vector<Index> values_;                // waiting for their operator
@@ -94,8 +95,8 @@ void Parser::Enter(std::size_t begin, std::size_t end, Wrapping wrapping) {
   }
 }
 
-// Takes one operand of the innermost level; the operator behind it, given or understood, is taken when
-// the operand's value is there.
+// Takes one operand of the innermost level; the operator behind it, given or understood, is taken
+// when the operand's value is there.
 void Parser::TakeOperand() {
   Level& level = levels_.back();
   const std::size_t first = level.next;
@@ -164,7 +165,8 @@ void Parser::Wrap(Wrapping wrapping) {
   }
 }
 
-/// Joins values by the open operators of the level, from the last back, that have at least a priority.
+/// Joins values by the open operators of the level, from the last back, that have at least a
+/// priority.
 void Parser::Join(ZepMathPriority at_least, std::size_t floor) {
   while (operators_.size() > floor && *PriorityOf(operators_.back()) >= at_least) {
     const Index right = values_.back();

@@ -14,7 +14,7 @@ class Term {
  public:
   struct Node {
     ZepMathOperation operation = ZepMathOperation::zepMONumber;
-    char16_t name = 0;   // of a variable
+    char16_t name = 0;  // of a variable
     double number = 0;
 
     friend bool operator==(const Node&, const Node&) = default;
@@ -24,12 +24,12 @@ class Term {
   /// From the nodes of a tree, each before its left and then its right operand.
   explicit Term(std::vector<Node> nodes);
 
-  /// Makes the term what its number's text would be parsed to: a negative number is 0 minus its absolute
-  /// value. The number is finite.
+  /// Makes the term what its number's text would be parsed to: a negative number is 0 minus its
+  /// absolute value. The number is finite.
   void SetNumber(double number);
 
-  /// Each node stands before its left and then its right operand. Read from the end, that is the order
-  /// of evaluation: the right operand first, then the left, then what joins them.
+  /// Each node stands before its left and then its right operand. Read from the end, that is the
+  /// order of evaluation: the right operand first, then the left, then what joins them.
   const std::vector<Node>& Nodes() const { return nodes_; }
 
   /// The value of a term that is a plain number, null for any other.
@@ -42,12 +42,14 @@ class Term {
 };
 
 /// Parses a term. Time is linear in its length, and its nesting is limited by memory only. Errors:
-/// `zepErrBadPropValue` where the first piece of the term or of a bracket's content cannot be delimited,
-/// `zepErrBadCall` where a later one cannot, `zepErrBadParam` for a leading bracket never closed,
-/// `zepErrExtractTerm` for operands in a row without an operator and for numbers that do not convert.
+/// `zepErrBadPropValue` where the first piece of the term or of a bracket's content cannot be
+/// delimited, `zepErrBadCall` where a later one cannot, `zepErrBadParam` for a leading bracket
+/// never closed, `zepErrExtractTerm` for operands in a row without an operator and for numbers that
+/// do not convert.
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers);
 
-/// The term as text for display: no brackets, function names in upper case, nothing as the number 0.
+/// The term as text for display: no brackets, function names in upper case, nothing as the number
+/// 0.
 std::u16string TermText(const Term& term, const NumberFormat& numbers);
 
 }  // namespace zepkit10

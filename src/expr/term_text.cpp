@@ -5,8 +5,8 @@
 
 namespace zepkit10 {
 
-// The nodes stand in the order in which their texts begin, but for what goes between or behind operands:
-// that waits on a stack until the operands before it are written.
+// The nodes stand in the order in which their texts begin, but for what goes between or behind
+// operands: that waits on a stack until the operands before it are written.
 std::u16string TermText(const Term& term, const NumberFormat& numbers) {
   using enum ZepMathOperation;
   std::u16string text;

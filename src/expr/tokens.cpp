@@ -18,13 +18,20 @@ bool IsLetter(char16_t c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <
 
 std::optional<ZepMathOperation> OperatorAt(char16_t c) {
   switch (c) {
-    case u'|': return zepMOAmount;
-    case u'+': return zepMOAdd;
-    case u'-': return zepMOSub;
-    case u'*': return zepMOMulti;
-    case u'/': return zepMODivi;
-    case u'^': return zepMORaise;
-    default: return {};
+    case u'|':
+      return zepMOAmount;
+    case u'+':
+      return zepMOAdd;
+    case u'-':
+      return zepMOSub;
+    case u'*':
+      return zepMOMulti;
+    case u'/':
+      return zepMODivi;
+    case u'^':
+      return zepMORaise;
+    default:
+      return {};
   }
 }
 
@@ -42,12 +49,13 @@ std::optional<ZepMathOperation> FunctionAt(std::u16string_view rest) {
   return {};
 }
 
-/// For each bracket and dash, where its group closes. A dash closes at the next one of its own bracket
-/// depth, unless that depth is left before.
+/// For each bracket and dash, where its group closes. A dash closes at the next one of its own
+/// bracket depth, unless that depth is left before.
 std::vector<std::size_t> FindClosings(std::u16string_view text) {
   std::vector<std::size_t> closing(text.size(), kNone);
-  std::vector<std::size_t> open;               // brackets
-  std::vector<std::size_t> last_dash{kNone};  // of each open bracket's content, the whole text first
+  std::vector<std::size_t> open;  // brackets
+  std::vector<std::size_t> last_dash{
+      kNone};  // of each open bracket's content, the whole text first
   for (std::size_t i = 0; i < text.size(); ++i) {
     if (text[i] == u'(') {
       open.push_back(i);

@@ -18,14 +18,14 @@ struct Token {
   std::size_t end() const { return begin + length; }
 };
 
-/// Cuts a term into tokens. Where each bracket and value dash closes is found once for the whole text, so
-/// that tokens of any part of it are had in time proportional to their own length.
+/// Cuts a term into tokens. Where each bracket and value dash closes is found once for the whole
+/// text, so that tokens of any part of it are had in time proportional to their own length.
 class Tokenizer {
  public:
   Tokenizer(std::u16string_view text, const NumberFormat& numbers);
 
-  /// The token that begins at `begin` in a text that ends at `end`. A piece that cannot be delimited
-  /// raises `zepErrBadParam`, `zepErrBadBrackets` or `zepErrBadValueDashes`.
+  /// The token that begins at `begin` in a text that ends at `end`. A piece that cannot be
+  /// delimited raises `zepErrBadParam`, `zepErrBadBrackets` or `zepErrBadValueDashes`.
   Token At(std::size_t begin, std::size_t end) const;
 
   /// Where the bracket opened at `open` closes, or `end` if it does not before.

@@ -10,8 +10,8 @@
 
 namespace zepkit10 {
 
-/// Makes the objects of one class that clients may create. It lives as long as the DLL; references to
-/// it and its locks keep the DLL loaded.
+/// Makes the objects of one class that clients may create. It lives as long as the DLL; references
+/// to it and its locks keep the DLL loaded.
 class ClassObject final : public IClassFactory {
  public:
   using Create = Ref<ObjectCore> (*)();

@@ -17,7 +17,8 @@ void RaiseZepError(ZepErrors number, std::u16string_view class_name) {
 
 void RaiseRuntimeError(ZepVbErrors3To98 number, std::u16string_view class_name) {
   throw Failure{static_cast<std::int32_t>(number),
-                class_name.empty() ? std::u16string() : SourceOf(class_name), {}};
+                class_name.empty() ? std::u16string() : SourceOf(class_name),
+                {}};
 }
 
 }  // namespace zepkit10

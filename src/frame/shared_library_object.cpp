@@ -25,7 +25,8 @@ struct Apartment {
 
 namespace {
 
-// A TLS slot of the platform's: unlike thread_local it has no destructor that could outlive the DLL.
+// A TLS slot of the platform's: unlike thread_local it has no destructor that could outlive the
+// DLL.
 const DWORD slot = TlsAlloc();
 SRWLOCK registry_lock = SRWLOCK_INIT;
 std::vector<Apartment*> registry;  // of all threads, for the end of the DLL

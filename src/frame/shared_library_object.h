@@ -11,8 +11,8 @@ class Library;
 /// the counted singletons is left, or until the apartment or the DLL goes.
 Ref<Library> GetSharedLibrary();
 
-/// Counts an object as a user of the shared library of the apartment that it was made in, for as long as
-/// the object lives. When the last user goes, that library is torn down.
+/// Counts an object as a user of the shared library of the apartment that it was made in, for as
+/// long as the object lives. When the last user goes, that library is torn down.
 class UserCount {
  public:
   UserCount();

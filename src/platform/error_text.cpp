@@ -18,8 +18,8 @@ std::u16string FromStringTable(std::int32_t number) {
       std::int64_t{number} - static_cast<std::int32_t>(ZepErrors::zepErrAwaitTerm) + kFirstStringId;
   if (id < 0 || id > std::numeric_limits<WORD>::max()) return {};
   const wchar_t* text = nullptr;
-  const int length = LoadStringW(ThisModule(), static_cast<UINT>(id),
-                                 reinterpret_cast<wchar_t*>(&text), 0);
+  const int length =
+      LoadStringW(ThisModule(), static_cast<UINT>(id), reinterpret_cast<wchar_t*>(&text), 0);
   return length > 0 ? std::u16string(ViewOf(std::wstring_view(text, length))) : std::u16string();
 }
 

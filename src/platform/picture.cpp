@@ -13,7 +13,8 @@ using Microsoft::WRL::ComPtr;
 
 /// The surface as the content of a bitmap file: 24 bits for each pixel, rows from the bottom up.
 std::vector<BYTE> BitmapFile(const Surface& surface) {
-  const std::size_t row_size = (static_cast<std::size_t>(surface.Width()) * 3 + 3) & ~std::size_t{3};
+  const std::size_t row_size =
+      (static_cast<std::size_t>(surface.Width()) * 3 + 3) & ~std::size_t{3};
   const std::size_t image_size = row_size * static_cast<std::size_t>(surface.Height());
   BITMAPFILEHEADER file{};
   BITMAPINFOHEADER format{};

@@ -68,7 +68,8 @@ void RegisterClass(const ClassDescription& description, const std::wstring& path
                    const LibraryIdentity& library) {
   const std::wstring key = ClassKeyOf(description);
   const std::wstring prog_id = ProgIdOf(description);
-  const std::wstring version = std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
+  const std::wstring version =
+      std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
   Write(key, nullptr, prog_id);
   Write(key + L"\\InprocServer32", nullptr, path);
   Write(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");

@@ -27,11 +27,12 @@ int CheckedSize(double size) {
 }
 
 std::vector<Colour> WhitePixels(int width, int height) {
-  return std::vector<Colour>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height), kWhite);
+  return std::vector<Colour>(static_cast<std::size_t>(width) * static_cast<std::size_t>(height),
+                             kWhite);
 }
 
-/// The pixels that a stretch between two positions covers, as far as they are on the surface: first and
-/// last, the first above the last where there are none.
+/// The pixels that a stretch between two positions covers, as far as they are on the surface: first
+/// and last, the first above the last where there are none.
 std::pair<int, int> Covered(const Axis& axis, double from, double to) {
   const auto first = axis.ToPixel(from), last = axis.ToPixel(to);
   if (!first || !last) return {0, -1};
@@ -138,11 +139,14 @@ void Surface::LineAlongY(double x, double from, double to, Colour colour) {
 void Surface::Text(double x, double y, std::u16string_view text, Colour colour) {
   const auto column = x_.ToPixel(x);
   const auto first_row = y_.ToPixel(y);
-  if (!column || !first_row || std::fabs(*column) > kMaxSize || std::fabs(*first_row) > kMaxSize) return;
+  if (!column || !first_row || std::fabs(*column) > kMaxSize || std::fabs(*first_row) > kMaxSize)
+    return;
   TextStrip strip(Width(), TextLineHeight());
   const int row = static_cast<int>(*first_row);
   const int from = std::max(row, 0), to = std::min(row + TextLineHeight(), Height());
-  const auto in_strip = [&](int each) { return strip.Pixels() + std::ptrdiff_t{each - row} * Width(); };
+  const auto in_strip = [&](int each) {
+    return strip.Pixels() + std::ptrdiff_t{each - row} * Width();
+  };
   for (int each = from; each < to; ++each) std::copy_n(&At(0, each), Width(), in_strip(each));
   // No more than could be seen: the platform would measure all of a long text.
   strip.Write(static_cast<int>(*column), text.substr(0, static_cast<std::size_t>(Width())), colour);

@@ -8,8 +8,8 @@
 
 namespace zepkit10 {
 
-/// A white bitmap in memory to draw on, with a coordinate system of the user's. It needs neither display
-/// nor window, and holds no handle of the system. What lies outside is not drawn.
+/// A white bitmap in memory to draw on, with a coordinate system of the user's. It needs neither
+/// display nor window, and holds no handle of the system. What lies outside is not drawn.
 class Surface {
  public:
   /// 480 by 320 pixels.
@@ -17,8 +17,8 @@ class Surface {
 
   int Width() const { return x_.Pixels(); }
   int Height() const { return y_.Pixels(); }
-  /// Changes the size in pixels; what fits stays. Error 5 for a size outside 1 to 16384, error 7 where
-  /// there is no memory for it; nothing has changed then.
+  /// Changes the size in pixels; what fits stays. Error 5 for a size outside 1 to 16384, error 7
+  /// where there is no memory for it; nothing has changed then.
   void Resize(double width, double height);
 
   /// Makes everything white.

@@ -16,8 +16,8 @@
 /// A collection holds its items and an item holds its parent; deleting the item breaks both links.
 namespace zepkit10 {
 
-/// An object that may be deleted while clients still hold it: from then on it awaits its last release
-/// and every member raises `zepErrAwaitTerm`.
+/// An object that may be deleted while clients still hold it: from then on it awaits its last
+/// release and every member raises `zepErrAwaitTerm`.
 template <class Self_, template <class> class ShimOf>
 class Deletable : public AutomationObject<Self_, ShimOf> {
  public:
@@ -104,7 +104,9 @@ class CollectionOf : public Base {
   }
 
   /// Takes an item out; called by the item's `Delete`.
-  void Forget(const ItemType& item, std::u16string_view name) noexcept { items_.Remove(item, name); }
+  void Forget(const ItemType& item, std::u16string_view name) noexcept {
+    items_.Remove(item, name);
+  }
 
   /// Deletes every item, in order.
   void DeleteAll() {
@@ -138,9 +140,7 @@ class CollectionOf : public Base {
   }
 
   /// What `Item` does about a name that is not there; a collection may do something else.
-  Ref<ItemType> ItemNotFound(std::u16string_view) {
-    this->Raise(ZepErrors::zepErrItemNotExistant);
-  }
+  Ref<ItemType> ItemNotFound(std::u16string_view) { this->Raise(ZepErrors::zepErrItemNotExistant); }
 
  private:
   std::u16string_view NameOf(const VARIANT& index) const {

@@ -49,9 +49,9 @@ class ItemList {
   /// Takes an item out. One that is not here is no fault.
   void Remove(const Item& item, std::u16string_view name) noexcept {
     ForgetName(item, name);
-    const auto found =
-        std::lower_bound(items_.begin(), items_.end(), item.Serial(),
-                         [](const Ref<Item>& left, std::int32_t key) { return left->Serial() < key; });
+    const auto found = std::lower_bound(
+        items_.begin(), items_.end(), item.Serial(),
+        [](const Ref<Item>& left, std::int32_t key) { return left->Serial() < key; });
     if (found != items_.end() && found->get() == &item) items_.erase(found);
   }
 

@@ -9,8 +9,7 @@ namespace zepkit10 {
 class VarSets;
 
 /// A named set of variables, in which the letters of terms are looked up.
-class VarSet final
-    : public ItemOf<CollectionOf<Deletable<VarSet, VarSetShim>, Variable>, VarSets> {
+class VarSet final : public ItemOf<CollectionOf<Deletable<VarSet, VarSetShim>, Variable>, VarSets> {
  public:
   Ref<Variable> Add(std::u16string_view Name);
 

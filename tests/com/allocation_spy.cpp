@@ -6,7 +6,8 @@
 #include <map>
 #include <mutex>
 
-// Without WINAPI, for which the 32-bit import library has no name; without arguments it is all the same.
+// Without WINAPI, for which the 32-bit import library has no name; without arguments it is all the
+// same.
 extern "C" void SetOaNoCache();
 
 namespace allocation_spy {

@@ -11,7 +11,7 @@ class BothBindings : public component::Test, public testing::WithParamInterface<
   }
 };
 
-#define RUN_IN_BOTH_BINDINGS(Fixture)                                                          \
-  INSTANTIATE_TEST_SUITE_P(Bindings, Fixture,                                                  \
+#define RUN_IN_BOTH_BINDINGS(Fixture)                                                             \
+  INSTANTIATE_TEST_SUITE_P(Bindings, Fixture,                                                     \
                            testing::Values(client::Binding::kVtable, client::Binding::kDispatch), \
                            testing::PrintToStringParamName())

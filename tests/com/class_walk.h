@@ -33,15 +33,16 @@ struct Slot {
   std::wstring name;
   DISPID id;
   INVOKEKIND kind;
-  ULONG offset;                 // in bytes from the start of the vtable
-  std::vector<VARTYPE> types;   // of the parameters; VT_BYREF marks pointers
-  bool has_result;              // the last parameter receives the result
+  ULONG offset;                // in bytes from the start of the vtable
+  std::vector<VARTYPE> types;  // of the parameters; VT_BYREF marks pointers
+  bool has_result;             // the last parameter receives the result
 };
 
 /// The functions that a dual interface adds to IDispatch.
 std::vector<Slot> SlotsOf(REFIID default_interface);
 
-/// Calls a slot with zeros for its arguments; `result` is passed as the last one where there is one.
+/// Calls a slot with zeros for its arguments; `result` is passed as the last one where there is
+/// one.
 HRESULT CallWithZeros(IUnknown* object, const Slot& slot, void* result);
 
 }  // namespace class_walk

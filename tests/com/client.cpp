@@ -75,7 +75,8 @@ bool operator==(const Value& left, const Value& right) {
     case VT_DATE:
       return a.date == b.date;
     case VT_DECIMAL:
-      return VarDecCmp(const_cast<DECIMAL*>(&a.decVal), const_cast<DECIMAL*>(&b.decVal)) == VARCMP_EQ;
+      return VarDecCmp(const_cast<DECIMAL*>(&a.decVal), const_cast<DECIMAL*>(&b.decVal)) ==
+             VARCMP_EQ;
     case VT_DISPATCH:
     case VT_UNKNOWN:
       // ComPtr has no comparison of its own here: it would compare whether there is an object.
@@ -107,8 +108,8 @@ std::ostream& operator<<(std::ostream& out, const Value& value) {
 
 std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
   if (outcome.ok()) return out << outcome.value;
-  return out << "error " << outcome.number << " (0x" << std::hex << outcome.result << std::dec << ") "
-             << Narrow(outcome.source) << ": " << Narrow(outcome.description);
+  return out << "error " << outcome.number << " (0x" << std::hex << outcome.result << std::dec
+             << ") " << Narrow(outcome.source) << ": " << Narrow(outcome.description);
 }
 
 Object Object::With(const Outcome& outcome) const {
@@ -147,7 +148,8 @@ Outcome Object::Invoke(const wchar_t* name, WORD flags, Arguments arguments) con
   outcome.result = object_->GetIDsOfNames(IID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id);
   if (FAILED(outcome.result)) return outcome;
   std::vector<VARIANT> reversed;
-  for (auto value = arguments.end(); value != arguments.begin();) reversed.push_back((--value)->raw());
+  for (auto value = arguments.end(); value != arguments.begin();)
+    reversed.push_back((--value)->raw());
   DISPID assigned = DISPID_PROPERTYPUT;
   const bool assigns = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
   DISPPARAMS parameters{reversed.data(), assigns ? &assigned : nullptr,
@@ -159,7 +161,8 @@ Outcome Object::Invoke(const wchar_t* name, WORD flags, Arguments arguments) con
     outcome.result = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
                                      &exception, &position);
   } else if (SUCCEEDED(outcome.result = object_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type))) {
-    outcome.result = type->Invoke(object_.Get(), id, flags, &parameters, result, &exception, &position);
+    outcome.result =
+        type->Invoke(object_.Get(), id, flags, &parameters, result, &exception, &position);
   }
   const bool raised = outcome.result == DISP_E_EXCEPTION;
   outcome.number = NumberOf(raised ? exception.scode : outcome.result);

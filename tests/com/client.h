@@ -11,7 +11,8 @@
 #include <utility>
 #include <vector>
 
-/// A client of automation objects that names members at run time, through either of the two bindings.
+/// A client of automation objects that names members at run time, through either of the two
+/// bindings.
 namespace client {
 
 /// An automation value that owns what it holds; made from the types that tests use.
@@ -22,7 +23,9 @@ class Value {
   Value(double number) : Value() { value_.vt = VT_R8, value_.dblVal = number; }
   Value(float number) : Value() { value_.vt = VT_R4, value_.fltVal = number; }
   Value(short number) : Value() { value_.vt = VT_I2, value_.iVal = number; }
-  Value(bool flag) : Value() { value_.vt = VT_BOOL, value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE; }
+  Value(bool flag) : Value() {
+    value_.vt = VT_BOOL, value_.boolVal = flag ? VARIANT_TRUE : VARIANT_FALSE;
+  }
   Value(const wchar_t* text) : Value(std::wstring_view(text)) {}
   Value(const std::wstring& text) : Value(std::wstring_view(text)) {}
   Value(std::wstring_view text) : Value() {
@@ -34,7 +37,9 @@ class Value {
     if (object) object->AddRef();
   }
   /// Takes a value of any other type as it stands, references included.
-  explicit Value(const VARIANT& value) : Value() { VariantCopy(&value_, const_cast<VARIANT*>(&value)); }
+  explicit Value(const VARIANT& value) : Value() {
+    VariantCopy(&value_, const_cast<VARIANT*>(&value));
+  }
   Value(const Value& other) : Value(other.value_) {}
   Value(Value&& other) noexcept : value_(std::exchange(other.value_, VARIANT{})) {}
   Value& operator=(Value other) noexcept {
@@ -92,8 +97,8 @@ inline void PrintTo(Binding binding, std::ostream* out) {
   *out << (binding == Binding::kVtable ? "Vtable" : "Dispatch");
 }
 
-/// An automation object as a client sees it. Getting, calling, letting and setting name the member; the
-/// last argument of `Let` and `Set` is the value assigned.
+/// An automation object as a client sees it. Getting, calling, letting and setting name the member;
+/// the last argument of `Let` and `Set` is the value assigned.
 class Object {
  public:
   Object() = default;
@@ -134,7 +139,6 @@ class Object {
   Binding binding_ = Binding::kDispatch;
 };
 
-
 }  // namespace client
 
 /// Asserts that a call failed with this error: number, source and description (English).
@@ -147,8 +151,8 @@ class Object {
     EXPECT_EQ(std::wstring(expected_description), ended.description) << #outcome;     \
   } while (false)
 
-#define EXPECT_OK(outcome)                              \
-  do {                                                  \
-    const client::Outcome ended = (outcome);            \
+#define EXPECT_OK(outcome)                               \
+  do {                                                   \
+    const client::Outcome ended = (outcome);             \
     EXPECT_TRUE(ended.ok()) << #outcome << " " << ended; \
   } while (false)

@@ -62,7 +62,8 @@ HRESULT CreateInstance(REFCLSID clsid, REFIID iid, void** result) {
 }
 
 Test::Test()
-    : unloadable_at_start_(CanUnloadNow()), live_at_start_(IsLinked() ? zepkit10::LiveObjects() : 0) {}
+    : unloadable_at_start_(CanUnloadNow()),
+      live_at_start_(IsLinked() ? zepkit10::LiveObjects() : 0) {}
 
 Test::~Test() {
   EXPECT_EQ(unloadable_at_start_, CanUnloadNow()) << "a client's reference is left";

@@ -1,16 +1,16 @@
 #pragma once
 
 #include <windows.h>
-#include <oaidl.h>
 #include <gtest/gtest.h>
+#include <oaidl.h>
 #include <wrl/client.h>
 
 #include <string>
 
 #include "Zepkit10.h"
 
-/// The component under test: linked into the test program, so that its objects can be counted, or the
-/// DLL named by --dll=PATH.
+/// The component under test: linked into the test program, so that its objects can be counted, or
+/// the DLL named by --dll=PATH.
 namespace component {
 
 /// True where the component is linked into the test program.
@@ -33,8 +33,9 @@ Microsoft::WRL::ComPtr<Interface> Create(REFCLSID clsid) {
 }
 
 /// Every test ends with nothing of the component alive: no object that a client holds and, once the
-/// apartment's shared library is gone, no object at all. Looked at in the destructor, after those of
-/// the members of a test's own fixture; what an earlier test left is held against that test alone.
+/// apartment's shared library is gone, no object at all. Looked at in the destructor, after those
+/// of the members of a test's own fixture; what an earlier test left is held against that test
+/// alone.
 class Test : public testing::Test {
  protected:
   Test();

@@ -35,9 +35,9 @@ class RulesTest : public component::Test {
   }
 
   static std::vector<IID> InterfacesOf(const Class& described) {
-    std::vector<IID> interfaces{IID_IUnknown,          IID_IDispatch,
-                                described.default_interface, IID_ISupportErrorInfo,
-                                IID_IProvideClassInfo, IID_IProvideClassInfo2};
+    std::vector<IID> interfaces{
+        IID_IUnknown,          IID_IDispatch,         described.default_interface,
+        IID_ISupportErrorInfo, IID_IProvideClassInfo, IID_IProvideClassInfo2};
     if (described.events != GUID_NULL) interfaces.push_back(IID_IConnectionPointContainer);
     return interfaces;
   }
@@ -62,8 +62,10 @@ TEST_F(RulesTest, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
       for (const IID& second : interfaces) {
         for (const IID& third : interfaces) {
           ComPtr<IUnknown> middle, end;
-          EXPECT_EQ(S_OK, from->QueryInterface(second, reinterpret_cast<void**>(middle.GetAddressOf())));
-          EXPECT_EQ(S_OK, middle->QueryInterface(third, reinterpret_cast<void**>(end.GetAddressOf())));
+          EXPECT_EQ(S_OK,
+                    from->QueryInterface(second, reinterpret_cast<void**>(middle.GetAddressOf())));
+          EXPECT_EQ(S_OK,
+                    middle->QueryInterface(third, reinterpret_cast<void**>(end.GetAddressOf())));
         }
       }
     }
@@ -160,7 +162,8 @@ TEST_F(RulesTest, NamesLeadToTheTypeLibrarysIds) {
     wchar_t unknown[] = L"NoSuchMember";
     wchar_t* name = unknown;
     DISPID id = 0;
-    EXPECT_EQ(DISP_E_UNKNOWNNAME, object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id));
+    EXPECT_EQ(DISP_E_UNKNOWNNAME,
+              object->GetIDsOfNames(IID_NULL, &name, 1, LOCALE_USER_DEFAULT, &id));
     EXPECT_EQ(DISPID_UNKNOWN, id);
   });
 }
@@ -172,7 +175,8 @@ TEST_F(RulesTest, NullResultPointersAreRefused) {
                                            reinterpret_cast<void**>(typed.GetAddressOf())));
     for (const Slot& slot : class_walk::SlotsOf(described.default_interface)) {
       if (!slot.has_result) continue;
-      EXPECT_EQ(E_POINTER, class_walk::CallWithZeros(typed.Get(), slot, nullptr)) << Narrow(slot.name);
+      EXPECT_EQ(E_POINTER, class_walk::CallWithZeros(typed.Get(), slot, nullptr))
+          << Narrow(slot.name);
       ComPtr<IErrorInfo> stale;
       EXPECT_EQ(S_FALSE, GetErrorInfo(0, &stale)) << Narrow(slot.name);
     }
@@ -185,7 +189,8 @@ TEST_F(RulesTest, DeletedObjectsRefuseEveryMember) {
   ForEveryClass([&](const Class& described, IDispatch* object) {
     const client::Object client(object, client::Binding::kDispatch);
     const auto slots = class_walk::SlotsOf(described.default_interface);
-    if (std::none_of(slots.begin(), slots.end(), [](const Slot& s) { return s.name == L"Delete"; })) return;
+    if (std::none_of(slots.begin(), slots.end(), [](const Slot& s) { return s.name == L"Delete"; }))
+      return;
     ++deletable;
     if (const auto outcome = client.Call(L"Delete"); !outcome.ok()) {
       EXPECT_EQ(kAwaitTerm, outcome.number);  // its owner went first
@@ -193,7 +198,8 @@ TEST_F(RulesTest, DeletedObjectsRefuseEveryMember) {
     for (const Slot& slot : slots) {
       VARIANT result;  // the largest of results
       std::memset(&result, 0xCC, sizeof result);
-      EXPECT_EQ(kAwaitTerm, class_walk::CallWithZeros(object, slot, slot.has_result ? &result : nullptr))
+      EXPECT_EQ(kAwaitTerm,
+                class_walk::CallWithZeros(object, slot, slot.has_result ? &result : nullptr))
           << Narrow(slot.name);
       ComPtr<IErrorInfo> info;
       EXPECT_EQ(S_OK, GetErrorInfo(0, &info)) << Narrow(slot.name);

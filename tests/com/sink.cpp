@@ -43,7 +43,8 @@ HRESULT Sink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARI
                      UINT*) {
   const ComPtr<Sink> keeper(this);
   Event event{id, {}};
-  for (UINT i = parameters->cArgs; i-- > 0;) event.arguments.emplace_back(Value(parameters->rgvarg[i]));
+  for (UINT i = parameters->cArgs; i-- > 0;)
+    event.arguments.emplace_back(Value(parameters->rgvarg[i]));
   events_.push_back(event);
   return handler_ ? handler_(event) : S_OK;
 }

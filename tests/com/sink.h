@@ -28,7 +28,8 @@ class Sink final : public IDispatch {
   using Handler = std::function<HRESULT(const Event&)>;
 
   /// Connects a new sink. Null if the object has no such events.
-  static Microsoft::WRL::ComPtr<Sink> Connect(IUnknown* source, REFIID events, Handler handler = {});
+  static Microsoft::WRL::ComPtr<Sink> Connect(IUnknown* source, REFIID events,
+                                              Handler handler = {});
 
   const std::vector<Event>& events() const { return events_; }
   HRESULT Disconnect();

@@ -1,11 +1,11 @@
 // What the term engine takes as a number, against the platform's own conversion.
-#include <gtest/gtest.h>
+#include "platform/user_number_format.h"
+
 #include <windows.h>
+#include <gtest/gtest.h>
 #include <oleauto.h>
 
 #include <string>
-
-#include "platform/user_number_format.h"
 
 namespace {
 
