@@ -172,7 +172,9 @@ void Chart::DrawFunction(const Ref<FncInfo>& function, int colour_index,
   if (function->Deleted()) return;
   variables.y->Bind(function->Expression());
   DrawSamples(function, colour, variables);
-  if (!function->Deleted()) DrawLabel(function->Expression()->EString(), colour_index, colour);
+  if (!function->Deleted()) {
+    surface_.TextLine(colour_index, function->Expression()->EString(), colour);
+  }
 }
 
 void Chart::DrawSamples(const Ref<FncInfo>& function, Colour colour, const Variables& variables) {
@@ -201,14 +203,10 @@ void Chart::DrawSample(double x, Colour colour, const Variables& variables) {
     const auto number = static_cast<std::size_t>(failure.number);
     if (failure.number < 1 || number > errors_.size()) throw;
     ++errors_[number - 1];
+  } catch (const std::bad_alloc&) {
+    ++errors_[static_cast<std::size_t>(ZepVbErrors3To98::zepVbErrOutOfMemory) - 1];
   }
   events_.NewPoint(x, y);
-}
-
-void Chart::DrawLabel(const std::u16string& text, int line, Colour colour) {
-  const Axis& y = surface_.Y();
-  surface_.Text(surface_.X().First(), y.First() + y.ToUnits(line * surface_.TextLineHeight()), text,
-                colour);
 }
 
 }  // namespace zepkit10

@@ -58,7 +58,6 @@ class Chart final : public ItemOf<Deletable<Chart, ChartShim>, Charts> {
   void DrawFunction(const Ref<FncInfo>& function, int colour_index, const Variables& variables);
   void DrawSamples(const Ref<FncInfo>& function, Colour colour, const Variables& variables);
   void DrawSample(double x, Colour colour, const Variables& variables);
-  void DrawLabel(const std::u16string& text, int line, Colour colour);
   Ref<Variable> VariableNamed(std::u16string_view name) const;
 
   ChartEvents events_{*this};

@@ -76,9 +76,9 @@ class TextStrip {
     return metrics.tmHeight;
   }
 
-  void Write(int column, std::u16string_view text, Colour colour) {
+  void Write(std::u16string_view text, Colour colour) {
     SetTextColor(context_.get(), RGB(colour >> 16 & 0xFF, colour >> 8 & 0xFF, colour & 0xFF));
-    TextOutW(context_.get(), column, 0, reinterpret_cast<const wchar_t*>(text.data()),
+    TextOutW(context_.get(), 0, 0, reinterpret_cast<const wchar_t*>(text.data()),
              static_cast<int>(text.size()));
     GdiFlush();  // what was written is read from the memory directly
   }
@@ -136,24 +136,17 @@ void Surface::LineAlongY(double x, double from, double to, Colour colour) {
   for (int row = first; row <= last; ++row) At(*column, row) = colour;
 }
 
-void Surface::Text(double x, double y, std::u16string_view text, Colour colour) {
-  const auto column = x_.ToPixel(x);
-  const auto first_row = y_.ToPixel(y);
-  if (!column || !first_row || std::fabs(*column) > kMaxSize || std::fabs(*first_row) > kMaxSize)
-    return;
+void Surface::TextLine(int line, std::u16string_view text, Colour colour) {
+  const int first = line * TextLineHeight();
+  const int rows = std::min(TextLineHeight(), Height() - first);
+  if (rows <= 0) return;
   TextStrip strip(Width(), TextLineHeight());
-  const int row = static_cast<int>(*first_row);
-  const int from = std::max(row, 0), to = std::min(row + TextLineHeight(), Height());
-  const auto in_strip = [&](int each) {
-    return strip.Pixels() + std::ptrdiff_t{each - row} * Width();
-  };
-  for (int each = from; each < to; ++each) std::copy_n(&At(0, each), Width(), in_strip(each));
+  const auto count = std::ptrdiff_t{rows} * Width();
+  std::copy_n(&At(0, first), count, strip.Pixels());
   // No more than could be seen: the platform would measure all of a long text.
-  strip.Write(static_cast<int>(*column), text.substr(0, static_cast<std::size_t>(Width())), colour);
-  for (int each = from; each < to; ++each) {
-    std::transform(in_strip(each), in_strip(each) + Width(), &At(0, each),
-                   [](Colour pixel) { return pixel & 0xFFFFFF; });
-  }
+  strip.Write(text.substr(0, static_cast<std::size_t>(Width())), colour);
+  std::transform(strip.Pixels(), strip.Pixels() + count, &At(0, first),
+                 [](Colour pixel) { return pixel & 0xFFFFFF; });
 }
 
 int Surface::TextLineHeight() {
