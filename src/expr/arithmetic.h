@@ -4,8 +4,9 @@
 
 namespace zepkit10 {
 
-/// The result of one operation on finite operands; `right` only counts for binary operations. Raises
-/// error 11 for a division by zero, 6 for an overflow, 5 for any other invalid operation.
-double Calculate(ZepMathOperation operation, double left, double right);
+/// Raises why an operation on finite operands gave no number: error 11 for a division by zero, 6
+/// for an overflow, 5 for any other invalid operation (a negative root, a logarithm of what is not
+/// positive, 0 to a negative power, a negative base with a fraction as its exponent).
+[[noreturn]] void RaiseFault(ZepMathOperation operation, double left, double right, double result);
 
 }  // namespace zepkit10

@@ -1,11 +1,12 @@
 #include "expr/evaluation.h"
 
+#include <algorithm>
+#include <cmath>
 #include <vector>
 
 #include "expr/arithmetic.h"
 #include "expr/float_environment.h"
 #include "expr/near_stack.h"
-#include "expr/operations.h"
 #include "frame/errors.h"
 
 namespace zepkit10 {
@@ -13,8 +14,32 @@ namespace {
 
 using enum ZepMathOperation;
 
-constexpr std::size_t kNearOperands = 32;
+constexpr std::size_t kNearOperands = 64;
 constexpr std::size_t kNearTerms = 8;
+
+/// Operands that wait for their operation. Room is made once for a whole term.
+class OperandStack {
+ public:
+  /// Makes room for `more` operands on the `top` of the stack, which moves with it.
+  void Reserve(std::size_t more, double*& top) {
+    const std::size_t used = static_cast<std::size_t>(top - base_);
+    if (used + more <= capacity_) return;
+    std::vector<double> larger(std::max(used + more, 2 * capacity_));
+    std::copy(base_, top, larger.begin());
+    far_.swap(larger);
+    base_ = far_.data();
+    capacity_ = far_.size();
+    top = base_ + used;
+  }
+
+  double* base() { return base_; }
+
+ private:
+  double near_[kNearOperands];
+  std::vector<double> far_;
+  double* base_ = near_;
+  std::size_t capacity_ = kNearOperands;
+};
 
 }  // namespace
 
@@ -25,54 +50,122 @@ class Evaluation {
     while (!frames_.Empty()) frames_.Pop().evaluated->in_progress_ = false;
   }
 
-  double Run(Evaluable& root) {
-    Enter(root);
-    while (!frames_.Empty()) Continue();
-    return operands_.Pop();
-  }
+  double Run(Evaluable& root);
 
  private:
   struct Frame {
     Evaluable* evaluated;
-    std::size_t left;  // nodes still to visit
+    const Term::Node* first;
+    const Term::Node* next;  // behind the node to visit next
   };
 
   void Enter(Evaluable& evaluated) {
     if (evaluated.in_progress_) {
       RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace, u"Expression");
     }
-    frames_.Push({&evaluated, evaluated.Term().Nodes().size()});
+    const Term& term = evaluated.Term();
+    operands_.Reserve(term.StackDepth(), top_);
+    const Term::Node* first = term.Nodes().data();
+    frames_.Push({&evaluated, first, first + term.Nodes().size()});
     evaluated.in_progress_ = true;
   }
 
-  /// Goes on with the innermost term until it is done or needs the value of another one.
-  void Continue() {
-    Frame& frame = frames_.Top();
-    const std::vector<Term::Node>& nodes = frame.evaluated->Term().Nodes();
-    while (frame.left > 0) {
-      const Term::Node& node = nodes[--frame.left];
-      if (node.operation == zepMONumber) {
-        operands_.Push(node.number);
-      } else if (node.operation == zepMOGetVar) {
-        Evaluable& variable = frame.evaluated->VariableNamed(node.name);
-        if (const double* number = variable.Term().Constant()) {
-          operands_.Push(*number);
-        } else {
-          return Enter(variable);
-        }
-      } else {
-        const double left = operands_.Pop();
-        const double right = IsBinary(node.operation) ? operands_.Pop() : 0;
-        operands_.Push(Calculate(node.operation, left, right));
-      }
-    }
-    frame.evaluated->in_progress_ = false;
-    frames_.Pop();
-  }
+  bool Continue();
 
+  OperandStack operands_;
+  double* top_ = operands_.base();
+  double value_ = 0;  // the last operand, which is not on the stack
   NearStack<Frame, kNearTerms> frames_;
-  NearStack<double, kNearOperands> operands_;
 };
+
+double Evaluation::Run(Evaluable& root) {
+  Enter(root);
+  for (;;) {
+    if (!Continue()) continue;
+    frames_.Pop().evaluated->in_progress_ = false;
+    if (frames_.Empty()) return value_;
+  }
+}
+
+/// Goes on with the innermost term. False if it first needs the value of another one, entered here.
+/// Each result is looked at when it is there: a fault must be raised before the variables left of
+/// it are asked for.
+bool Evaluation::Continue() {
+  Frame& frame = frames_.Top();
+  const Term::Node* const first = frame.first;
+  const Term::Node* node = frame.next;
+  double* top = top_;
+  double value = value_;
+  while (node != first) {
+    --node;
+    double left = value, right = 0;
+    switch (node->operation) {
+      case zepMONumber:
+        *top++ = value;
+        value = node->number;
+        continue;
+      case zepMOGetVar: {
+        Evaluable& variable = frame.evaluated->VariableNamed(node->name);
+        if (const double* number = variable.Term().Constant()) {
+          *top++ = value;
+          value = *number;
+          continue;
+        }
+        frame.next = node;
+        top_ = top;
+        value_ = value;
+        Enter(variable);
+        return false;
+      }
+      case zepMOAmount:
+        value = std::fabs(left);
+        break;
+      case zepMOAdd:
+        value = left + (right = *--top);
+        break;
+      case zepMOSub:
+        value = left - (right = *--top);
+        break;
+      case zepMOMulti:
+        value = left * (right = *--top);
+        break;
+      case zepMODivi:
+        value = left / (right = *--top);
+        break;
+      case zepMORaise:
+        value = std::pow(left, right = *--top);
+        break;
+      case zepMOSqr:
+        value = std::sqrt(left);
+        break;
+      case zepMOExp:
+        value = std::exp(left);
+        break;
+      case zepMOLog:
+        value = std::log(left);
+        break;
+      case zepMOSin:
+        value = std::sin(left);
+        break;
+      case zepMOCos:
+        value = std::cos(left);
+        break;
+      case zepMOTan:
+        value = std::tan(left);
+        break;
+      case zepMOAtn:
+        value = std::atan(left);
+        break;
+      default:
+        RaiseZepError(ZepErrors::zepErrUnexpected, u"Expression");
+    }
+    if (!std::isfinite(value)) [[unlikely]]
+      RaiseFault(node->operation, left, right, value);
+  }
+  top_ = top;
+  value_ = value;
+  return true;
+}
 
 double Evaluate(Evaluable& root) {
   if (const double* number = root.Term().Constant()) return *number;

@@ -1,81 +1,107 @@
 #include "expr/number_format.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <limits>
 
 namespace zepkit10 {
 namespace {
 
 bool IsDigit(char16_t c) { return c >= u'0' && c <= u'9'; }
 
-/// Digits, at most one decimal separator, at least one digit: what every locale reads the same way.
-bool IsSimple(std::u16string_view text, char16_t decimal) {
-  std::size_t separators = 0, digits = 0;
+/// How many digits before the decimal separator, leading zeros not counted, a double can have.
+constexpr std::size_t kMostDigits = std::numeric_limits<double>::max_exponent10 + 1;
+
+/// The number that digits and a point stand for; nothing if it is too large for a double. Too small
+/// a number is 0.
+std::optional<double> Convert(std::string_view digits) {
+  double number = 0;
+  const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  if (result.ec != std::errc::result_out_of_range) return number;
+  const std::size_t first = digits.find_first_not_of('0');
+  return digits[first] == '.' ? std::optional(0.0) : std::nullopt;
+}
+
+/// The text without its group separators and with a point.
+std::string Plain(std::u16string_view text, const NumberFormat& format) {
+  std::string plain;
+  plain.reserve(text.size());
   for (const char16_t c : text) {
     if (IsDigit(c)) {
-      ++digits;
-    } else if (c == decimal) {
-      ++separators;
-    } else {
-      return false;
+      plain += static_cast<char>(c);
+    } else if (c == format.decimal) {
+      plain += '.';
     }
   }
-  return digits > 0 && separators <= 1;
+  return plain;
+}
+
+/// Where a number of nothing but digits, groups and a decimal separator gets too large for a
+/// double, or its length.
+std::size_t LengthInRange(std::u16string_view text, const NumberFormat& format) {
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < text.size() && text[i] != format.decimal; ++i) {
+    if (!IsDigit(text[i]) || (digits == 0 && text[i] == u'0')) continue;
+    ++digits;
+    if (digits > kMostDigits) return i;
+    if (digits == kMostDigits && !Convert(Plain(text.substr(0, i + 1), format))) return i;
+  }
+  return text.size();
+}
+
+struct Digits {
+  std::u16string digits;
+  int point;  // how many of them stand before the decimal separator; may lie outside of them
+};
+
+Digits ShortestDigits(double number) {
+  char text[32];  // as in 1.25e-308
+  const auto made = std::to_chars(text, std::end(text), number, std::chars_format::scientific);
+  const char* const exponent_mark = std::find(text, made.ptr, 'e');
+  Digits result{{}, 0};
+  for (const char* c = text; c != exponent_mark; ++c) {
+    if (*c != '.') result.digits += static_cast<char16_t>(*c);
+  }
+  const char* const exponent = exponent_mark + (exponent_mark[1] == '+' ? 2 : 1);
+  std::from_chars(exponent, made.ptr, result.point);
+  ++result.point;
+  return result;
 }
 
 }  // namespace
 
-// What the platform takes among digits, commas and points: at most one decimal separator, at least
-// one digit, and group separators anywhere but in front.
+// The platform takes digits with at most one decimal separator and any number of group separators,
+// but none in front.
 std::size_t NumberLength(std::u16string_view text, const NumberFormat& format) {
-  const bool grouped = format.group == u',' || format.group == u'.';
+  bool has_digit = false, has_decimal = false;
   std::size_t length = 0;
-  bool any_digit = false, any_decimal = false;
   for (; length < text.size(); ++length) {
     const char16_t c = text[length];
     if (IsDigit(c)) {
-      any_digit = true;
-    } else if (c == format.decimal && !any_decimal) {
-      any_decimal = true;
-    } else if (c != format.group || !grouped || length == 0) {
+      has_digit = true;
+    } else if (c == format.decimal && (c == u',' || c == u'.')) {
+      if (has_decimal) break;
+      has_decimal = true;
+    } else if (c != format.group || (c != u',' && c != u'.') || length == 0) {
       break;
     }
   }
-  return any_digit ? length : 0;
+  return has_digit ? LengthInRange(text.substr(0, length), format) : 0;
 }
 
 std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat& format) {
-  if (!IsSimple(text, format.decimal)) return format.convert(text);
-  std::string narrow;
-  narrow.reserve(text.size());
-  for (const char16_t c : text) narrow += IsDigit(c) ? static_cast<char>(c) : '.';
-  double number = 0;
-  const auto [end, error] = std::from_chars(narrow.data(), narrow.data() + narrow.size(), number);
-  // Too small for a double is no fault but 0; too large is one.
-  if (error == std::errc::result_out_of_range) {
-    if (std::string_view(narrow).substr(0, narrow.find('.')).find_first_not_of('0') !=
-        std::string_view::npos) {
-      return {};
-    }
-    return 0.0;
-  }
-  return number;
+  const std::string plain = Plain(text, format);
+  const auto points = std::count(plain.begin(), plain.end(), '.');
+  const bool has_digit = plain.size() > static_cast<std::size_t>(points);
+  if (plain.size() == text.size() && points <= 1 && has_digit) return Convert(plain);
+  const auto number = format.convert(text);
+  return number && std::isfinite(*number) ? number : std::nullopt;
 }
 
 std::u16string NumberToText(double number, const NumberFormat& format) {
   if (number == 0) return u"0";
-  char shortest[32];  // d.ddde-308
-  const auto made =
-      std::to_chars(shortest, std::end(shortest), std::fabs(number), std::chars_format::scientific);
-  std::u16string digits;
-  const char* c = shortest;
-  for (; *c != 'e'; ++c) {
-    if (*c != '.') digits += static_cast<char16_t>(*c);
-  }
-  int exponent = 0;
-  c += c[1] == '+' ? 2 : 1;
-  std::from_chars(c, made.ptr, exponent);
-  const int point = exponent + 1;  // how many digits stand before the decimal separator
+  const auto [digits, point] = ShortestDigits(std::fabs(number));
   const int count = static_cast<int>(digits.size());
   std::u16string text = number < 0 ? u"-" : u"";
   if (point <= 0) {

@@ -11,7 +11,8 @@ namespace zepkit10 {
 struct NumberFormat {
   char16_t decimal = u'.';
   char16_t group = u',';
-  /// The platform's own conversion of a number's text; nothing where it refuses.
+  /// The platform's own conversion of a number's text; nothing where it refuses. Asked only for
+  /// texts with group separators.
   std::function<std::optional<double>(std::u16string_view)> convert;
 };
 

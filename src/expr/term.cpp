@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "expr/float_environment.h"
 #include "expr/operations.h"
 #include "expr/tokens.h"
 #include "frame/errors.h"
@@ -203,7 +204,13 @@ std::vector<Term::Node> Parser::InOrderOfText() const {
 Term::Term(std::vector<Node> nodes)
     : nodes_(std::move(nodes)),
       is_constant_(nodes_.front().operation == zepMONumber),
-      constant_(nodes_.front().number) {}
+      constant_(nodes_.front().number) {
+  std::size_t depth = 0;
+  for (auto node = nodes_.crbegin(); node != nodes_.crend(); ++node) {
+    depth = depth + 1 - static_cast<std::size_t>(OperandCount(node->operation));
+    stack_depth_ = std::max(stack_depth_, depth);
+  }
+}
 
 void Term::SetNumber(double number) {
   number += 0.0;  // the text of -0 is that of 0
@@ -212,11 +219,13 @@ void Term::SetNumber(double number) {
   nodes_[0] = {zepMOSub, 0, 0};
   if (negative) nodes_[1] = {};
   nodes_.back() = {zepMONumber, 0, negative ? -number : number};
+  stack_depth_ = negative ? 2 : 1;
   is_constant_ = true;
   constant_ = number;
 }
 
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers) {
+  const DefaultFloatEnvironment environment;  // numbers are rounded in it
   return Term(Parser(text, numbers).Parse());
 }
 

@@ -32,11 +32,15 @@ class Term {
   /// order of evaluation: the right operand first, then the left, then what joins them.
   const std::vector<Node>& Nodes() const { return nodes_; }
 
+  /// How many operands an evaluation in that order holds at most.
+  std::size_t StackDepth() const { return stack_depth_; }
+
   /// The value of a term that is a plain number, null for any other.
   const double* Constant() const { return is_constant_ ? &constant_ : nullptr; }
 
  private:
   std::vector<Node> nodes_{Node{}};
+  std::size_t stack_depth_ = 1;
   bool is_constant_ = true;
   double constant_ = 0;
 };
