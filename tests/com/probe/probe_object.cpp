@@ -33,6 +33,15 @@ LONG Grow(SAFEARRAY** array, VARTYPE type) {
   return bound.lLbound + static_cast<LONG>(bound.cElements) - 1;
 }
 
+/// Replaces what a client's variable holds, but no array that someone has locked.
+void Assign(VARIANT* to, Variant value) {
+  // Looked at first: Wine's VariantClear loses a locked array.
+  const bool locked =
+      (to->vt & VT_ARRAY) && !(to->vt & VT_BYREF) && to->parray && to->parray->cLocks > 0;
+  Check(locked ? DISP_E_ARRAYISLOCKED : VariantClear(to));
+  *to = value.Detach();
+}
+
 std::u16string TextOrType(const VARIANT& value) {
   if (IsMissing(&value)) return u"missing";
   return ConvertToText(value).value_or(u"?");
@@ -71,12 +80,7 @@ void Probe::ChangeKind(ProbeKind* changed) {
                                                    : ProbeKind::probeKindFirst;
 }
 
-void Probe::ChangeValue(VARIANT* changed) {
-  Variant text(u"changed");
-  if (FAILED(VariantClear(changed)))
-    RaiseRuntimeError(ZepVbErrors3To98::zepVbErrArrayFixedOrLocked);
-  *changed = text.Detach();
-}
+void Probe::ChangeValue(VARIANT* changed) { Assign(changed, Variant(u"changed")); }
 
 void Probe::ChangeProbe(::_Probe** changed) {
   if (*changed) (*changed)->Release();
@@ -134,9 +138,7 @@ std::u16string Probe::Defaults(std::int32_t number, std::u16string_view text, bo
 
 std::int32_t Probe::Find(std::u16string_view text, VARIANT* where, VARIANT_BOOL* found) {
   if (IsMissing(where)) return 0;
-  Variant result(text);
-  Check(VariantClear(where));
-  *where = result.Detach();
+  Assign(where, Variant(text));
   if (found) *found = VARIANT_TRUE;
   return 1;
 }
@@ -152,9 +154,7 @@ void Probe::Fill(std::u16string_view text, SAFEARRAY** items) {
   for (ULONG i = 0; i < LengthOf(*items); ++i) {
     VARIANT& item = static_cast<VARIANT*>((*items)->pvData)[i];
     if (item.vt != (VT_BYREF | VT_VARIANT) || !item.pvarVal) continue;
-    Variant replacement(text);
-    Check(VariantClear(item.pvarVal));
-    *item.pvarVal = replacement.Detach();
+    Assign(item.pvarVal, Variant(text));
   }
 }
 

@@ -56,13 +56,17 @@ bool HasErrorInfo() {
   return GetErrorInfo(0, &info) == S_OK;
 }
 
-LeakTest::LeakTest() : start_(allocation_spy::Now()), live_(zepkit10::LiveObjects()) {}
+AllocationCheck::AllocationCheck() : start_(allocation_spy::Now()) {}
 
-LeakTest::~LeakTest() {
+AllocationCheck::~AllocationCheck() {
   SetErrorInfo(0, nullptr);
-  EXPECT_EQ(live_, zepkit10::LiveObjects()) << "objects are left";
+  zepkit10::ForgetTypeLibrary();
   EXPECT_EQ("", allocation_spy::OutstandingSince(start_));
 }
+
+LeakTest::LeakTest() : live_(zepkit10::LiveObjects()) {}
+
+LeakTest::~LeakTest() { EXPECT_EQ(live_, zepkit10::LiveObjects()) << "objects are left"; }
 
 ClientArray::ClientArray(std::initializer_list<Value> elements, LONG lower)
     : array_(SafeArrayCreateVector(VT_VARIANT, lower, static_cast<ULONG>(elements.size()))) {

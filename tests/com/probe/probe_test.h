@@ -48,14 +48,23 @@ Ended InvokeId(IDispatch* object, DISPID id, WORD flags, DISPPARAMS* parameters)
 /// The thread's error information, which this takes away.
 bool HasErrorInfo();
 
-/// Ends with no object, string or array left, and no error information.
-class LeakTest : public testing::Test {
+/// Ends with no string, array or other block of the platform left, and no error information.
+class AllocationCheck {
+ protected:
+  AllocationCheck();
+  ~AllocationCheck();
+
+ private:
+  const std::size_t start_;
+};
+
+/// Ends with no object left either.
+class LeakTest : public AllocationCheck, public testing::Test {
  protected:
   LeakTest();
   ~LeakTest() override;
 
  private:
-  const std::size_t start_;
   const long live_;
 };
 
