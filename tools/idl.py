@@ -141,6 +141,7 @@ class Reader:
         attributes = self.attributes()
         self.type()
         name = self.next()
+        number = self.member_id(name, attributes)
         self.next('(')
         parameters = []
         while self.peek() != ')':
@@ -153,7 +154,7 @@ class Reader:
         self.next(')')
         self.next(';')
         kind = next((k for k in ('propget', 'propputref', 'propput') if k in attributes), 'func')
-        return Member(name, kind, self.member_id(name, attributes), 'vararg' in attributes, parameters)
+        return Member(name, kind, number, 'vararg' in attributes, parameters)
 
     def member_id(self, name, attributes):
         named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
@@ -200,6 +201,9 @@ def read_enumeration(reader):
 
 def read_coclass(reader, attributes):
     found = Coclass(reader.next(), creatable='noncreatable' not in attributes)
+    if reader.peek() == ';':  # only announced
+        reader.next()
+        return None
     reader.next('{')
     while reader.peek() != '}':
         entry = reader.attributes()
@@ -242,10 +246,9 @@ def read_library(text):
             target = library.interfaces if keyword == 'interface' else library.events
             target[name] = Interface(name, reader.members())
         elif keyword == 'coclass':
-            if reader.tokens[reader.position + 1] == ';':
-                reader.skip_to(';')
-            else:
-                library.coclasses.append(read_coclass(reader, attributes))
+            found = read_coclass(reader, attributes)
+            if found:
+                library.coclasses.append(found)
         else:
             raise reader.error(f'unexpected {keyword!r} in the library block')
     return library
