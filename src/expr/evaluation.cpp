@@ -170,7 +170,8 @@ bool Evaluation::Continue() {
 double Evaluate(Evaluable& root) {
   if (const double* number = root.Term().Constant()) return *number;
   const DefaultFloatEnvironment environment;
-  return Evaluation().Run(root);
+  Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
+  return evaluation.Run(root);
 }
 
 }  // namespace zepkit10
