@@ -1,0 +1,84 @@
+// What parsing a term costs for each character, and what evaluating it costs beside the same
+// calculation in C++. Variables are found at once, so it is the engine alone that is measured.
+#include <benchmark/benchmark.h>
+
+#include <ctime>
+#include <string>
+
+#include "expr/evaluation.h"
+#include "expr/term.h"
+#include "terms.h"
+
+namespace {
+
+using zepkit10::Evaluable;
+using zepkit10::NumberFormat;
+using zepkit10::ParseTerm;
+
+const NumberFormat kNumbers{u'.', u',', [](std::u16string_view) { return std::nullopt; }};
+constexpr double kX = 1.25, kY = 2.5;
+
+class Variable final : public Evaluable {
+ public:
+  explicit Variable(double value) { term_.SetNumber(value); }
+  const zepkit10::Term& Term() const override { return term_; }
+  Evaluable& VariableNamed(char16_t) override { return *this; }
+
+ private:
+  zepkit10::Term term_;
+};
+
+class Root final : public Evaluable {
+ public:
+  explicit Root(std::u16string_view text) : term_(ParseTerm(text, kNumbers)) {}
+  const zepkit10::Term& Term() const override { return term_; }
+  Evaluable& VariableNamed(char16_t name) override { return name == u'x' ? x_ : y_; }
+
+ private:
+  zepkit10::Term term_;
+  Variable x_{kX}, y_{kY};
+};
+
+void Parse(benchmark::State& state, std::u16string_view text) {
+  for (auto _ : state) benchmark::DoNotOptimize(ParseTerm(text, kNumbers));
+  state.counters["s/char"] = benchmark::Counter(
+      static_cast<double>(text.size()),
+      benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+/// Seconds of processor time that one call takes.
+template <class Call>
+double SecondsOf(Call call) {
+  constexpr int kCalls = 500'000;
+  const std::clock_t start = std::clock();
+  for (int i = 0; i < kCalls; ++i) benchmark::DoNotOptimize(call());
+  return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC / kCalls;
+}
+
+void Evaluate(benchmark::State& state, const BenchTerm& term) {
+  Root root(term.text);
+  for (auto _ : state) benchmark::DoNotOptimize(zepkit10::Evaluate(root));
+  // Measured in the same run, so that the ratio says more than this machine's speed.
+  const double ours = SecondsOf([&] { return zepkit10::Evaluate(root); });
+  const double compiled = SecondsOf([&] {
+    double x = kX, y = kY;
+    benchmark::DoNotOptimize(x);
+    benchmark::DoNotOptimize(y);
+    return term.compiled(x, y);
+  });
+  state.counters["times C++"] = ours / compiled;
+}
+
+std::string Narrow(std::u16string_view text) { return {text.begin(), text.end()}; }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  for (const BenchTerm& term : kBenchTerms) {
+    const std::string name = Narrow(term.text);
+    benchmark::RegisterBenchmark(("Parse " + name).c_str(), Parse, term.text);
+    benchmark::RegisterBenchmark(("Evaluate " + name).c_str(), Evaluate, term);
+  }
+  benchmark::Initialize(&argc, argv);
+  benchmark::RunSpecifiedBenchmarks();
+}
