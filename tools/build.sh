@@ -18,4 +18,4 @@ echo "Building $preset${*:+: $*}"
   echo "Building $preset failed. Everything it said is in $log; mend it and call again." >&2
   exit 1
 }
-grep ' warning: ' "$log" >&2 || true
+grep ' warning: ' "$log" | sort -u >&2 || true
