@@ -50,8 +50,8 @@ if ! command -v apt-get > /dev/null; then
 fi
 install="apt-get install -y --no-install-recommends ${missing[*]}"
 if [ "$(id -u)" -ne 0 ]; then
-  echo "Only root can install them. Run this, then call again:" >&2
-  echo "    sudo apt-get update && sudo $install" >&2
+  echo "Only root can install them. Run this as root, then call again:" >&2
+  echo "    apt-get update && $install" >&2
   exit 1
 fi
 log=$(mktemp)
