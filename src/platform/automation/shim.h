@@ -1,6 +1,7 @@
 #pragma once
 
 #include "enums.h"
+#include "expr/float_environment.h"
 #include "platform/automation/abi.h"
 #include "platform/automation/binder.h"
 #include "platform/automation/object_core.h"
@@ -43,10 +44,12 @@ class Shim : public Interface_ {
   }
 
  protected:
-  /// Runs a member without a result. No exception passes.
+  /// Runs a member without a result, in the default floating-point environment. No exception
+  /// passes.
   template <class Body>
   HRESULT Call(Body&& body) noexcept {
     const Keeper keeper(object_);
+    const DefaultFloatEnvironment environment;
     try {
       body(object_);
       return S_OK;

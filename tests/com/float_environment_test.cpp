@@ -1,0 +1,106 @@
+// Hosts exist that trap floating-point faults or round another way. The component must neither be
+// thrown out of a call nor give other results there, and must leave the host's settings as they
+// were.
+#include <xmmintrin.h>
+
+#include <limits>
+
+#include "com/component.h"
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr unsigned kTrapAllRoundUp = 0x4000;    // MXCSR: no exception masked, round up
+constexpr unsigned short kX87TrapAll = 0x0B40;  // no exception masked, round up, 64-bit precision
+
+struct Settings {
+  unsigned mxcsr;
+  unsigned short x87;
+
+  static Settings Current() {
+    Settings current{_mm_getcsr() & ~0x3Fu, 0};
+    asm volatile("fnstcw %0" : "=m"(current.x87));
+    return current;
+  }
+  void Apply() const {
+    asm volatile("fnclex");
+    asm volatile("fldcw %0" : : "m"(x87));
+    _mm_setcsr(mxcsr);
+  }
+  friend bool operator==(const Settings&, const Settings&) = default;
+};
+
+/// Runs a call as such a host would, and demands the host's settings back.
+template <class Call>
+HRESULT InTrappingHost(Call call) {
+  const Settings mine = Settings::Current(), host{kTrapAllRoundUp, kX87TrapAll};
+  host.Apply();
+  const HRESULT result = call();
+  const Settings after = Settings::Current();
+  mine.Apply();
+  EXPECT_TRUE(after == host);
+  return result;
+}
+
+class FloatEnvironmentTest : public component::Test {
+ protected:
+  double ValueOf(const wchar_t* term, HRESULT expected) {
+    const auto expression = component::Create<_Expression>(CLSID_Expression);
+    const BSTR text = SysAllocString(term);
+    EXPECT_EQ(S_OK, InTrappingHost([&] { return expression->put_EString(text); }));
+    double value = 0;
+    EXPECT_EQ(expected, InTrappingHost([&] { return expression->get_Value(&value); }));
+    SysFreeString(text);
+    return value;
+  }
+};
+
+TEST_F(FloatEnvironmentTest, FaultsAreErrorsAsEverywhere) {
+  ValueOf(L"1/0", 0x800A000B);
+  ValueOf(L"0/0", 0x800A000B);
+  ValueOf(L"EXP(1000)", 0x800A0006);
+  ValueOf(L"SQR(0-1)", 0x800A0005);
+  ValueOf(L"LOG(0)", 0x800A0005);
+}
+
+TEST_F(FloatEnvironmentTest, ResultsAreThoseOfTheDefault) {
+  EXPECT_EQ(1.0 / 3, ValueOf(L"1/3", S_OK));
+  EXPECT_EQ(0.1, ValueOf(L"0.1", S_OK));
+  EXPECT_EQ(0.0, ValueOf(L"EXP(0-1000)", S_OK));  // underflow is no fault
+}
+
+TEST_F(FloatEnvironmentTest, ChartsTakeAnyNumber) {
+  const auto zepkit = component::Create<_Global>(CLSID_Global);
+  ComPtr<_Charts> charts;
+  ComPtr<_Chart> chart;
+  ComPtr<_VarSets> sets;
+  ComPtr<_VarSet> variables;
+  ComPtr<_FncInfos> functions;
+  ComPtr<_FncInfo> function;
+  VARIANT unnamed{};
+  unnamed.vt = VT_ERROR;
+  unnamed.scode = DISP_E_PARAMNOTFOUND;
+  zepkit->get_Charts(&charts);
+  zepkit->get_VarSets(&sets);
+  ASSERT_EQ(S_OK, charts->Add(nullptr, &chart));
+  ASSERT_EQ(S_OK, sets->Add(&unnamed, &variables));
+  chart->putref_VarSet(variables.Get());
+  chart->get_FncInfos(&functions);
+  ASSERT_EQ(S_OK, functions->Add(nullptr, &function));
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (const double number :
+       {0.0, 1e308, -1e308, 1e-320, nan, std::numeric_limits<double>::infinity()}) {
+    InTrappingHost([&] { return function->put_XLow(number); });
+    InTrappingHost([&] { return function->put_YHigh(number); });
+    InTrappingHost([&] { return function->put_Interval(number); });
+    InTrappingHost([&] { return chart->put_CoordMetric(number); });
+    InTrappingHost(
+        [&] { return chart->put_PictureWidth(std::numeric_limits<float>::quiet_NaN()); });
+    const HRESULT hr = InTrappingHost([&] { return chart->Draw(); });
+    EXPECT_TRUE(hr == S_OK || (hr & 0xFFFF0000) == 0x800A0000 || (hr & 0xFFFF0000) == 0x80040000);
+  }
+  SetErrorInfo(0, nullptr);
+}
+
+}  // namespace
