@@ -198,6 +198,8 @@ TEST_F(BinderReferenceTest, ObjectsComeBack) {
     for (Value* each : {&variable, &nothing}) {
       EXPECT_EQ(S_OK, Call(member, {ByReference(*each)}).result);
       EXPECT_EQ(static_cast<IUnknown*>(object()), each->raw().punkVal);
+      const bool unknown = std::wstring_view(member) == L"ChangeUnknown";
+      EXPECT_EQ(unknown ? VT_UNKNOWN : VT_DISPATCH, each->type());
     }
     for (const VARTYPE type : {VT_DISPATCH, VT_UNKNOWN}) {
       IDispatch* typed = nullptr;

@@ -192,15 +192,42 @@ TEST_F(BinderTest, ArraysAreConvertedElementByElement) {
 
 // An array that is described but has no memory for its elements.
 TEST_F(BinderTest, ArraysWithoutElementsInMemoryAreRefused) {
-  SAFEARRAY* hollow = nullptr;
-  ASSERT_EQ(S_OK, SafeArrayAllocDescriptorEx(VT_VARIANT, 1, &hollow));
-  hollow->cbElements = sizeof(VARIANT);
-  hollow->rgsabound[0] = {3, 0};
-  VARIANT argument;
-  argument.vt = VT_ARRAY | VT_VARIANT;
-  argument.parray = hollow;
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, Call(L"EchoLongs", {argument}).result);
-  SafeArrayDestroyDescriptor(hollow);
+  for (const VARTYPE type : {VT_VARIANT, VT_I2}) {
+    SAFEARRAY* hollow = nullptr;
+    ASSERT_EQ(S_OK, SafeArrayAllocDescriptorEx(type, 1, &hollow));
+    hollow->cbElements = type == VT_I2 ? 2 : sizeof(VARIANT);
+    hollow->rgsabound[0] = {3, 0};
+    VARIANT argument;
+    argument.vt = static_cast<VARTYPE>(VT_ARRAY | type);
+    argument.parray = hollow;
+    EXPECT_EQ(DISP_E_TYPEMISMATCH, Call(L"EchoLongs", {argument}).result);
+    SafeArrayDestroyDescriptor(hollow);
+  }
+}
+
+TEST_F(BinderTest, ArraysKeepTheirDimensions) {
+  const Ended ended = Call(L"EchoLongs", {Call(L"Grid").value.raw()});
+  ASSERT_EQ(S_OK, ended.result);
+  SAFEARRAY* grid = ended.value.raw().parray;
+  ASSERT_EQ(2u, SafeArrayGetDim(grid));
+  LONG indexes[] = {2, 5}, lower[2] = {}, upper[2] = {}, element = 0;
+  for (UINT i = 0; i < 2; ++i) {
+    SafeArrayGetLBound(grid, i + 1, &lower[i]);
+    SafeArrayGetUBound(grid, i + 1, &upper[i]);
+  }
+  EXPECT_EQ(0, lower[0]);
+  EXPECT_EQ(2, upper[0]);
+  EXPECT_EQ(5, lower[1]);
+  EXPECT_EQ(6, upper[1]);
+  EXPECT_EQ(S_OK, SafeArrayGetElement(grid, indexes, &element));
+  EXPECT_EQ(25, element);
+}
+
+TEST_F(BinderTest, AVariantIsNoTypeOfAValue) {
+  VARIANT illegal{};
+  illegal.vt = VT_VARIANT;
+  EXPECT_EQ(DISP_E_BADVARTYPE, Call(L"EchoValue", {illegal}).result);
+  EXPECT_EQ(DISP_E_BADVARTYPE, Call(L"EchoValue", {ByReference(illegal)}).result);
 }
 
 TEST_F(BinderTest, TooManyAndTooFewArgumentsAreRefused) {

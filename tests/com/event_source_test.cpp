@@ -173,6 +173,18 @@ TEST_F(EventSourceTest, AHandlerMayDropTheLastReferenceOfALateBoundCall) {
   EXPECT_EQ(1u, sink->events().size());
 }
 
+// A value is the member's own, even if it was passed as a variable that a handler changes.
+TEST_F(EventSourceTest, AHandlerCannotChangeTheArgumentsOfTheCall) {
+  Value variable(L"before"), inner(probe::ByReference(variable));
+  const auto sink = Connect([&](const Event&) { return variable = Value(L"after"), S_OK; });
+  for (const VARIANT& argument : {probe::ByReference(variable), probe::ByReference(inner),
+                                  probe::ByReference(VT_BSTR, &variable.raw().bstrVal)}) {
+    variable = Value(L"before");
+    EXPECT_EQ(Value(L"before"), Call(L"RaiseAndEcho", {argument}).value);
+    EXPECT_EQ(Value(L"after"), variable);
+  }
+}
+
 // A sink that holds its source: unadvising lets go of both.
 TEST_F(EventSourceTest, UnadviseMayEndTheSource) {
   struct Owner final : IDispatch {

@@ -123,6 +123,11 @@ class Probe final : public AutomationObject<Probe, ProbeShim> {
   bool RaiseBefore(bool new_value);
   /// -7, 0.5, Second, this object and `other`.
   void RaiseScalars(IDispatch* other);
+  /// What was given, after the handlers of Idle.
+  Variant RaiseAndEcho(const VARIANT& given) {
+    events_.Idle();
+    return EchoValue(given);
+  }
 
  private:
   ProbeEvents events_{*this};
