@@ -24,8 +24,8 @@ class Axis {
   /// The pixel, counted from 0, on which a position lies; it may be outside the surface. Nothing
   /// where the axis has no extent or the position no place on it.
   std::optional<double> ToPixel(double position) const {
-    // Single precision drops the rounding noise of units and back: halves of a pixel stay halves, and
-    // what is symmetric in units is so in pixels.
+    // Single precision drops the rounding noise of units and back: halves of a pixel stay halves,
+    // and what is symmetric in units is so in pixels.
     const auto pixel = std::nearbyint(static_cast<float>((position - first_) / ToUnits(1)));
     return std::isfinite(pixel) ? std::optional<double>(pixel) : std::nullopt;
   }

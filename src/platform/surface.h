@@ -38,7 +38,8 @@ class Surface {
   void LineAlongX(double from, double to, double y, Colour colour);
   void LineAlongY(double x, double from, double to, Colour colour);
 
-  /// Writes text into a line of the height of text, counted from 0 at the top, from the left border on.
+  /// Writes text into a line of the height of text, counted from 0 at the top, from the left border
+  /// on.
   void TextLine(int line, std::u16string_view text, Colour colour);
   /// The height of a line of text in pixels.
   static int TextLineHeight();

@@ -125,7 +125,8 @@ std::vector<Slot> SlotsOf(REFIID default_interface) {
     EXPECT_EQ(S_OK, type->GetFuncDesc(i, &function));
     BSTR name = nullptr;
     type->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr);
-    Slot slot{name, function->memid, function->invkind, static_cast<ULONG>(function->oVft), {}, false};
+    Slot slot{name, function->memid, function->invkind, static_cast<ULONG>(function->oVft), {},
+              false};
     SysFreeString(name);
     for (SHORT p = 0; p < function->cParams; ++p) {
       const ELEMDESC& parameter = function->lprgelemdescParam[p];
@@ -151,9 +152,9 @@ HRESULT CallWithZeros(IUnknown* object, const Slot& slot, void* result) {
   }
   VARIANT returned;
   VariantInit(&returned);
-  const HRESULT hr = DispCallFunc(object, slot.offset, CC_STDCALL, VT_ERROR,
-                                  static_cast<UINT>(slot.types.size()), types.data(), pointers.data(),
-                                  &returned);
+  const HRESULT hr =
+      DispCallFunc(object, slot.offset, CC_STDCALL, VT_ERROR, static_cast<UINT>(slot.types.size()),
+                   types.data(), pointers.data(), &returned);
   EXPECT_EQ(S_OK, hr);
   return returned.scode;
 }

@@ -43,9 +43,12 @@ struct Environment {
   std::uint16_t x87;
 };
 constexpr Environment kEnvironments[] = {
-    {kMxcsrDefault, 0x037f}, {kTrapDivision, 0x0372},  // division, overflow and invalid operations
-                                                       // trap
-    {kTrapAll, 0x0340},      {kRoundUp, 0x0b7f},      {kMxcsrDefault, 0x007f},  // single precision
+    {kMxcsrDefault, 0x037f},
+    {kTrapDivision, 0x0372},  // division, overflow and invalid operations
+                              // trap
+    {kTrapAll, 0x0340},
+    {kRoundUp, 0x0b7f},
+    {kMxcsrDefault, 0x007f},  // single precision
 };
 
 TEST(FloatEnvironment, ResultsAreThoseOfTheDefault) {

@@ -11,7 +11,7 @@ namespace {
 
 /// An item that is counted but not owned: every test keeps its items itself.
 struct Item {
-  explicit Item(std::int32_t serial) : serial(serial) {}
+  explicit Item(std::int32_t number) : serial(number) {}
   std::int32_t Serial() const { return serial; }
   void Retain() { ++references; }
   void Drop() { --references; }
