@@ -37,17 +37,9 @@ std::string Plain(std::u16string_view text, const NumberFormat& format) {
   return plain;
 }
 
-/// Where a number of nothing but digits, groups and a decimal separator gets too large for a
-/// double, or its length.
-std::size_t LengthInRange(std::u16string_view text, const NumberFormat& format) {
-  std::size_t digits = 0;
-  for (std::size_t i = 0; i < text.size() && text[i] != format.decimal; ++i) {
-    if (!IsDigit(text[i]) || (digits == 0 && text[i] == u'0')) continue;
-    ++digits;
-    if (digits > kMostDigits) return i;
-    if (digits == kMostDigits && !Convert(Plain(text.substr(0, i + 1), format))) return i;
-  }
-  return text.size();
+/// Whether a whole number of at least as many digits as a double can have is larger than any.
+bool IsTooLarge(std::u16string_view text, std::size_t significant, const NumberFormat& format) {
+  return significant > kMostDigits || !Convert(Plain(text, format));
 }
 
 struct Digits {
@@ -74,20 +66,26 @@ Digits ShortestDigits(double number) {
 // The platform takes digits with at most one decimal separator and any number of group separators,
 // but none in front.
 std::size_t NumberLength(std::u16string_view text, const NumberFormat& format) {
+  const auto separates = [](char16_t c) { return c == u',' || c == u'.'; };
   bool has_digit = false, has_decimal = false;
+  std::size_t significant = 0;  // digits before the decimal separator
   std::size_t length = 0;
   for (; length < text.size(); ++length) {
     const char16_t c = text[length];
     if (IsDigit(c)) {
+      if (!has_decimal && (c != u'0' || significant > 0)) ++significant;
+      if (!has_decimal && significant >= kMostDigits &&
+          IsTooLarge(text.substr(0, length + 1), significant, format)) {
+        break;
+      }
       has_digit = true;
-    } else if (c == format.decimal && (c == u',' || c == u'.')) {
-      if (has_decimal) break;
+    } else if (separates(c) && c == format.decimal && !has_decimal) {
       has_decimal = true;
-    } else if (c != format.group || (c != u',' && c != u'.') || length == 0) {
+    } else if (!separates(c) || c != format.group || length == 0) {
       break;
     }
   }
-  return has_digit ? LengthInRange(text.substr(0, length), format) : 0;
+  return has_digit ? length : 0;
 }
 
 std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat& format) {
