@@ -2,7 +2,10 @@
 // calculation in C++. Variables are found at once, so it is the engine alone that is measured.
 #include <benchmark/benchmark.h>
 
+#include <cmath>
+#include <cstdio>
 #include <ctime>
+#include <map>
 #include <string>
 
 #include "expr/evaluation.h"
@@ -39,12 +42,21 @@ class Root final : public Evaluable {
   Variable x_{kX}, y_{kY};
 };
 
-void Parse(benchmark::State& state, std::u16string_view text) {
+/// A term of at least so many characters.
+std::u16string LongTerm(std::size_t length) {
+  std::u16string text = u"x";
+  while (text.size() < length) text += u"+2*SIN(x)^2-|y-1.5|/3";
+  return text;
+}
+
+void Parse(benchmark::State& state, const std::u16string& text) {
   for (auto _ : state) benchmark::DoNotOptimize(ParseTerm(text, kNumbers));
   state.counters["s/char"] = benchmark::Counter(
       static_cast<double>(text.size()),
       benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
+
+std::map<std::u16string, double> ratios;  // by term, the last ones measured
 
 /// Seconds of processor time that one call takes.
 template <class Call>
@@ -67,6 +79,15 @@ void Evaluate(benchmark::State& state, const BenchTerm& term) {
     return term.compiled(x, y);
   });
   state.counters["times C++"] = ours / compiled;
+  ratios[term.text] = ours / compiled;
+}
+
+void PrintMeanRatio() {
+  if (ratios.empty()) return;
+  double logarithms = 0;
+  for (const auto& [term, ratio] : ratios) logarithms += std::log(ratio);
+  std::printf("Evaluating takes %.2f times as long as C++, the geometric mean over %zu terms\n",
+              std::exp(logarithms / static_cast<double>(ratios.size())), ratios.size());
 }
 
 std::string Narrow(std::u16string_view text) { return {text.begin(), text.end()}; }
@@ -76,9 +97,12 @@ std::string Narrow(std::u16string_view text) { return {text.begin(), text.end()}
 int main(int argc, char** argv) {
   for (const BenchTerm& term : kBenchTerms) {
     const std::string name = Narrow(term.text);
-    benchmark::RegisterBenchmark(("Parse " + name).c_str(), Parse, term.text);
+    benchmark::RegisterBenchmark(("Parse " + name).c_str(), Parse, std::u16string(term.text));
     benchmark::RegisterBenchmark(("Evaluate " + name).c_str(), Evaluate, term);
   }
+  benchmark::RegisterBenchmark("Parse 1 kB", Parse, LongTerm(1'000));
+  benchmark::RegisterBenchmark("Parse 1 MB", Parse, LongTerm(1'000'000));
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
+  PrintMeanRatio();
 }
