@@ -22,10 +22,8 @@ char16_t Separator(LCTYPE which) {
 
 }  // namespace
 
-const NumberFormat& UserNumberFormat() {
-  static const NumberFormat format{Separator(LOCALE_SDECIMAL), Separator(LOCALE_STHOUSAND),
-                                   ConvertByPlatform};
-  return format;
+NumberFormat UserNumberFormat() {
+  return {Separator(LOCALE_SDECIMAL), Separator(LOCALE_STHOUSAND), ConvertByPlatform};
 }
 
 }  // namespace zepkit10

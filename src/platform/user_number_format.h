@@ -4,7 +4,8 @@
 
 namespace zepkit10 {
 
-/// How the user writes numbers. Read once in the life of the process.
-const NumberFormat& UserNumberFormat();
+/// How the user writes numbers at the moment. Asked anew each time, so that a change in the
+/// system's settings counts at once; beside parsing or writing a term that costs little.
+NumberFormat UserNumberFormat();
 
 }  // namespace zepkit10
