@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string_view>
 

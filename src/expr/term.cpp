@@ -31,7 +31,14 @@ bool ImpliesMultiplication(const Token& left, const Token& right) {
 class Parser {
  public:
   Parser(std::u16string_view text, const NumberFormat& numbers)
-      : numbers_(numbers), tokenizer_(text, numbers) {}
+      : numbers_(numbers), tokenizer_(text, numbers) {
+    constexpr std::size_t kUsual = 16;
+    tokens_.reserve(kUsual);
+    levels_.reserve(kUsual);
+    operators_.reserve(kUsual);
+    values_.reserve(kUsual);
+    tree_.reserve(text.size() + 1);
+  }
 
   std::vector<Term::Node> Parse() {
     Enter(0, tokenizer_.text().size(), {});

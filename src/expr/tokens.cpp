@@ -36,15 +36,15 @@ std::optional<ZepMathOperation> OperatorAt(char16_t c) {
 }
 
 std::optional<ZepMathOperation> FunctionAt(std::u16string_view rest) {
-  if (rest.size() < 3 || !IsLetter(rest[0])) return {};
-  for (auto operation = zepMOSqr; operation <= zepMOAtn;
-       operation = static_cast<ZepMathOperation>(static_cast<std::int32_t>(operation) + 1)) {
-    const std::u16string_view name = *TextOf(operation);
-    bool same = true;
-    for (std::size_t i = 0; i < 3; ++i) {
-      same &= IsLetter(rest[i]) && (rest[i] & ~u'\x20') == name[i];
-    }
-    if (same) return operation;
+  if (rest.size() < 3 || !IsLetter(rest[0]) || !IsLetter(rest[1]) || !IsLetter(rest[2])) return {};
+  constexpr char16_t kLowerCase = u'\x20';
+  const char16_t upper[] = {static_cast<char16_t>(rest[0] & ~kLowerCase),
+                            static_cast<char16_t>(rest[1] & ~kLowerCase),
+                            static_cast<char16_t>(rest[2] & ~kLowerCase)};
+  for (auto code = static_cast<std::int32_t>(zepMOSqr); code <= static_cast<std::int32_t>(zepMOAtn);
+       ++code) {
+    const auto operation = static_cast<ZepMathOperation>(code);
+    if (*TextOf(operation) == std::u16string_view(upper, 3)) return operation;
   }
   return {};
 }
