@@ -70,5 +70,18 @@ TEST(TermProperty, RandomSoundTerms) {
   }
 }
 
+TEST(TermProperty, SoundTermsWithAFlaw) {
+  std::mt19937 random(3);
+  for (int i = 0; i < 10'000; ++i) {
+    std::u16string term = Sound(random, 6);
+    for (auto flaws = 1 + random() % 3; flaws > 0; --flaws) {
+      const std::size_t position = random() % (term.size() + 1);
+      term.replace(position, random() % 3, kPieces[random() % 32]);
+    }
+    ASSERT_EQ(naive::Difference(term, naive::EnglishNumbers()), "");
+    ASSERT_EQ(naive::Difference(term, naive::GermanNumbers()), "");
+  }
+}
+
 }  // namespace
 }  // namespace zepkit10
