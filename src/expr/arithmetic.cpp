@@ -12,9 +12,8 @@ using enum ZepVbErrors3To98;
 
 ZepVbErrors3To98 FaultOf(ZepMathOperation operation, double left, double right, double result) {
   if (operation == zepMODivi && right == 0) return zepVbErrDivisionByZero;
-  // Infinite like an overflow, but not for the size of the operands.
-  const bool is_pole = operation == zepMOLog || (operation == zepMORaise && left == 0);
-  return is_pole || std::isnan(result) ? zepVbErrBadCall : zepVbErrOverflow;
+  if (operation == zepMORaise && left == 0) return zepVbErrDivisionByZero;  // 0^-1 is 1/0
+  return operation == zepMOLog || std::isnan(result) ? zepVbErrBadCall : zepVbErrOverflow;
 }
 
 }  // namespace

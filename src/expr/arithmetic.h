@@ -4,9 +4,9 @@
 
 namespace zepkit10 {
 
-/// Raises why an operation on finite operands gave no number: error 11 for a division by zero, 6
-/// for an overflow, 5 for any other invalid operation (a negative root, a logarithm of what is not
-/// positive, 0 to a negative power, a negative base with a fraction as its exponent).
+/// Raises why an operation on finite operands gave no number: error 11 for a division by zero (0 to
+/// a negative power is one), 6 for an overflow, 5 for any other invalid operation (a negative root,
+/// a logarithm of what is not positive, a negative base with a fraction as its exponent).
 [[noreturn]] void RaiseFault(ZepMathOperation operation, double left, double right, double result);
 
 }  // namespace zepkit10

@@ -209,7 +209,7 @@ double Value(const Term& term, const Lookup& lookup) {
       result = left / right;
       break;
     case zepMORaise:
-      if (left == 0 && right < 0) Raise(zepVbErrBadCall);
+      if (left == 0 && right < 0) Raise(zepVbErrDivisionByZero);
       if (left < 0 && right != std::floor(right)) Raise(zepVbErrBadCall);
       result = std::pow(left, right);
       break;
