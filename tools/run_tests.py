@@ -47,10 +47,10 @@ class Run:
         else:
             self.failures.append((suite, result))
 
-    def build(self, preset):
-        """Builds all of a preset, the first time it is asked to."""
+    def build(self, preset, *targets):
+        """Builds the targets of a preset, or all, the first time it is asked to."""
         if preset not in self.built:
-            command = [str(ROOT / 'tools/build.sh'), preset]
+            command = [str(ROOT / 'tools/build.sh'), preset, *targets]
             self.built[preset] = subprocess.run(command, check=False).returncode == 0
         if not self.built[preset]:
             raise BuildFailed(f'building {preset} failed, see above')
@@ -133,10 +133,10 @@ def script(run):
 
 
 def binary(run):
-    """The files for both bitnesses, and that everything builds for 32 bits too."""
-    for preset in ('x64', 'x86'):
-        run.build(preset)
-        yield Result(f'{preset} builds', 'passed')
+    """The DLLs of both bitnesses."""
+    run.build('x64')
+    run.build('x86', 'zepkit10', 'com_tests')
+    yield Result('the tests build for 32 bits', 'passed')
     yield from run.unittests('tests/binary')
 
 
