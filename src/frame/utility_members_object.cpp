@@ -9,7 +9,7 @@ double UtilityMembers::Compute(std::u16string_view EString) {
   expression->SetEString(EString);
   try {
     return expression->Value();
-  } catch (const Failure&) {
+  } catch (...) {  // exhausted memory included
     RaiseZepError(ZepErrors::zepErrBadCharInTerm);
   }
 }

@@ -132,6 +132,19 @@ TEST_P(LibraryTest, EveryApartmentHasItsOwn) {
   EXPECT_OK(set.Call(L"Delete"));
 }
 
+TEST_P(LibraryTest, ALibraryThatIsHeldServesOnItsOwn) {
+  InNewApartment([] {
+    Object library = NewGlobal().GetObject(L"Zep");
+    const Object sets = library.GetObject(L"VarSets");
+    const Object set = sets.CallObject(L"Add", {L"set"});
+    EXPECT_EQ(library.Get(L"VarSets"), sets);
+    EXPECT_FALSE(NewGlobal().Get(L"VarSets") == sets);
+    library.Reset();
+    EXPECT_ZEP_ERROR(sets.Get(L"Count"), zepErrAwaitTerm, L"VarSets");
+    EXPECT_ZEP_ERROR(set.Get(L"Count"), zepErrAwaitTerm, L"VarSet");
+  });
+}
+
 // The objects are held past the end of their thread, which is against the rules, but must hurt
 // nobody.
 TEST_P(LibraryTest, TheEndOfAnApartmentShutsItsCollections) {
