@@ -7,7 +7,7 @@ namespace zepkit10 {
 Ref<Chart> Charts::Add(std::u16string_view Name) {
   EnsureAlive();
   EnsureUnused(Name);
-  const auto added = Make<Chart>();
+  auto added = Make<Chart>();
   added->AttachParent(this);
   try {
     AppendNamed(added, Name);

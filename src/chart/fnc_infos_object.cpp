@@ -11,7 +11,7 @@ FncInfos::FncInfos(Chart& chart) : chart_(&chart) {}
 Ref<FncInfo> FncInfos::Add(std::u16string_view Name) {
   EnsureAlive();
   EnsureUnused(Name);
-  const auto added = Make<FncInfo>();
+  auto added = Make<FncInfo>();
   added->AttachParent(this);
   AppendNamed(added, Name);
   return added;

@@ -7,7 +7,7 @@ namespace zepkit10 {
 Ref<Variable> VarSet::Add(std::u16string_view Name) {
   EnsureAlive();
   EnsureUnused(Name);
-  const auto added = Make<Variable>();
+  auto added = Make<Variable>();
   added->AttachParent(this);
   try {
     AppendNamed(added, Name);

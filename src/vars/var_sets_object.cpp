@@ -12,7 +12,7 @@ Ref<VarSet> VarSets::Add(const VARIANT* Name) {
     if (!name) Raise(ZepErrors::zepErrBadParam);
     EnsureUnused(*name);
   }
-  const auto added = Make<VarSet>();
+  auto added = Make<VarSet>();
   added->AttachParent(this);
   if (name) {
     AppendNamed(added, *name);
