@@ -1,3 +1,6 @@
+#include <functional>
+
+#include "com/foreign.h"
 #include "com/german_user.h"
 #include "com/index_kinds.h"
 #include "com/var_sets_fixture.h"
@@ -6,6 +9,22 @@ namespace {
 
 using client::Object;
 using client::Value;
+
+/// A client's object whose default member does something before it gives the text "name".
+class Named : public foreign::Object<IDispatch> {
+ public:
+  explicit Named(std::function<void()> before) : before_(std::move(before)) {}
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    before_();
+    result->vt = VT_BSTR;
+    result->bstrVal = SysAllocString(L"name");
+    return S_OK;
+  }
+
+ private:
+  std::function<void()> before_;
+};
 
 class VarSetsTest : public WithVarSets {};
 
@@ -63,6 +82,13 @@ TEST_P(VarSetsTest, AddConvertsItsNameToText) {
   EXPECT_OK(counter.Let(L"Value", {42}));
   EXPECT_EQ(sets_.CallObject(L"Add", {counter}).Get(L"Name"), L"42");
   EXPECT_EQ(sets_.Get(L"Count"), 7);
+}
+
+TEST_P(VarSetsTest, ANameMayBeTakenWhileItIsAskedFor) {
+  Named named([&] { EXPECT_OK(sets_.Call(L"Add", {L"name"})); });
+  EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value(&named)}), zepErrItemAlreadyExists, L"VarSets");
+  EXPECT_EQ(sets_.Get(L"Count"), 1);
+  EXPECT_EQ(1u, named.references);
 }
 
 TEST_P(VarSetsTest, GermanNumbersBecomeGermanNames) {

@@ -19,6 +19,12 @@ expression.VarSet = variables;
 expression.EString = "4*ATN(1)*r^2";
 check("an object is assigned without Set", expression.Value, Math.PI * 4);
 check("one variable", variables.Count, 1);
+variables.Add("x");
+var names = "";
+for (var all = new Enumerator(variables); !all.atEnd(); all.moveNext()) names += all.item().Name;
+check("an Enumerator in order of insertion", names, "rx");
+check("the default member of a collection", variables("r").Name, "r");
+check("the default member of a variable", variables("r") * 3, 6);
 checkError("an unnamed set", function () { return variables.Name; }, -2147220470,
            "Procedural call in bad context");
 checkError("a foreign object", function () { expression.VarSet = counter; });
