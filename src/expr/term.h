@@ -53,7 +53,7 @@ class Term {
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers);
 
 /// The term as text for display: no brackets, function names in upper case, nothing as the number
-/// 0.
+/// 0. A node of no kind raises `zepErrUnexpected`, here as in its evaluation.
 std::u16string TermText(const Term& term, const NumberFormat& numbers);
 
 }  // namespace zepkit10

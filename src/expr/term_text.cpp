@@ -2,6 +2,7 @@
 
 #include "expr/operations.h"
 #include "expr/term.h"
+#include "frame/errors.h"
 
 namespace zepkit10 {
 
@@ -25,8 +26,10 @@ std::u16string TermText(const Term& term, const NumberFormat& numbers) {
     }
     if (node.operation == zepMOGetVar) {
       text += node.name;
-    } else {
+    } else if (node.operation == zepMONumber) {
       text += NumberToText(node.number, numbers);
+    } else {
+      RaiseZepError(ZepErrors::zepErrUnexpected, u"Expression");
     }
     while (!pending.empty()) {
       Pending& last = pending.back();

@@ -51,6 +51,26 @@ TEST_F(EvaluationTest, NegativeZeroIsZero) {
   EXPECT_EQ(TermText(term, naive::EnglishNumbers()), u"0");
 }
 
+TEST_F(EvaluationTest, NodesOfNoKindAreUnexpected) {
+  using enum ZepMathOperation;
+  const Failure unexpected{
+      static_cast<std::int32_t>(ZepErrors::zepErrUnexpected), u"Zepkit10.Expression", {}};
+  for (const auto operation : {zepMOParC, zepMOParO, static_cast<ZepMathOperation>(17),
+                               static_cast<ZepMathOperation>(-1)}) {
+    const Term alone({{operation, 0, 0}});
+    const Term below({{zepMOAdd, 0, 0}, {zepMONumber, 0, 1}, {operation, 0, 0}});
+    for (const Term& term : {alone, below}) {
+      EXPECT_EQ(FailureOf([&] { set_.Evaluate(term); }), unexpected);
+      EXPECT_EQ(FailureOf([&] { TermText(term, naive::EnglishNumbers()); }), unexpected);
+    }
+  }
+}
+
+TEST_F(EvaluationTest, NothingToThePowerOfNothingIs1) {
+  EXPECT_EQ(set_.Evaluate(u"0^0"), 1);
+  EXPECT_EQ(set_.Evaluate(u"^"), 1);
+}
+
 TEST_F(EvaluationTest, EveryDivisionByZeroIs11) {
   for (const auto* text :
        {u"1/0", u"0/0", u"-1/0", u"1/(2-2)", u"1/(0*(0-1))", u"2*(3+1/0)", u"ATN(1/0)", u"1/(1/0)",

@@ -14,7 +14,7 @@ namespace {
 
 /// All that can be observed of a term.
 struct Outcome {
-  Failure parse{}, evaluation{};
+  Failure token{}, parse{}, evaluation{};
   std::u16string text;
   std::uint64_t value = 0;  // its bits
   std::u16string lookups;
@@ -50,7 +50,7 @@ TestExpressions Variables() {
 Outcome ByEngine(std::u16string_view text, const NumberFormat& numbers) {
   static TestExpressions variables = Variables();
   Outcome outcome;
-  FailureOf([&] { outcome.first_token = TextToToken(text, numbers); });
+  outcome.token = FailureOf([&] { outcome.first_token = TextToToken(text, numbers); });
   outcome.parse = FailureOf([&] {
     const zepkit10::Term term = ParseTerm(text, numbers);
     outcome.text = TermText(term, numbers);
@@ -93,7 +93,7 @@ class NaiveVariables {
 
 Outcome ByRule(std::u16string_view text, const NumberFormat& numbers) {
   Outcome outcome;
-  FailureOf([&] { outcome.first_token = TokenAt(text, numbers); });
+  outcome.token = FailureOf([&] { outcome.first_token = TokenAt(text, numbers); });
   outcome.parse = FailureOf([&] {
     const auto term = Parse(text, numbers);
     outcome.text = Text(*term, numbers);
@@ -113,7 +113,8 @@ std::string Narrow(std::u16string_view text) {
 
 std::string Told(const Outcome& outcome) {
   return "parse error " + std::to_string(outcome.parse.number) + ", first token '" +
-         Narrow(outcome.first_token) + "', text '" + Narrow(outcome.text) + "', value " +
+         Narrow(outcome.first_token) + "' error " + std::to_string(outcome.token.number) +
+         ", text '" + Narrow(outcome.text) + "', value " +
          std::to_string(std::bit_cast<double>(outcome.value)) + ", error " +
          std::to_string(outcome.evaluation.number) + ", variables '" + Narrow(outcome.lookups) +
          "'";

@@ -47,27 +47,17 @@ void ExpectUnsound(const Unsound& expected, const NumberFormat& numbers) {
 
 TEST(TermCases, Operations) {
   constexpr Sound kTerms[] = {
-      {u"2+3", 5, u"2+3"},
-      {u"8-4-2", 2, u"8-4-2"},
-      {u"2*3+4", 10, u"2*3+4"},
-      {u"2+3*4", 14, u"2+3*4"},
-      {u"12/3*2", 8, u"12/3*2"},
-      {u"12/(3*2)", 2, u"12/3*2"},
-      {u"2^3^2", 64, u"2^3^2"},
-      {u"2^(3^2)", 512, u"2^3^2"},
-      {u"2*3^2", 18, u"2*3^2"},
-      {u"|0-3|", 3, u"|0-3|"},
-      {u"SQR16", 4, u"SQR16"},
-      {u"exp0", 1, u"EXP0"},
-      {u"Log1", 0, u"LOG1"},
-      {u"sin0", 0, u"SIN0"},
-      {u"COS0", 1, u"COS0"},
-      {u"tAN0", 0, u"TAN0"},
-      {u"ATN0", 0, u"ATN0"},
-      {u"SQR16+9", 13, u"SQR16+9"},
-      {u"SQR(16+9)", 5, u"SQR16+9"},
-      {u"SQRx^2", 2.0000000000000004, u"SQRx^2"},
-      {u"SQR(SQR16)", 2, u"SQRSQR16"},
+      {u"2+3", 5, u"2+3"},           {u"8-4-2", 2, u"8-4-2"},
+      {u"2*3+4", 10, u"2*3+4"},      {u"2+3*4", 14, u"2+3*4"},
+      {u"12/3*2", 8, u"12/3*2"},     {u"12/(3*2)", 2, u"12/3*2"},
+      {u"2^3^2", 64, u"2^3^2"},      {u"2^(3^2)", 512, u"2^3^2"},
+      {u"2*3^2", 18, u"2*3^2"},      {u"|0-3|", 3, u"|0-3|"},
+      {u"SQR16", 4, u"SQR16"},       {u"exp0", 1, u"EXP0"},
+      {u"Log1", 0, u"LOG1"},         {u"sin0", 0, u"SIN0"},
+      {u"COS0", 1, u"COS0"},         {u"tAN0", 0, u"TAN0"},
+      {u"ATN0", 0, u"ATN0"},         {u"SQR16+9", 13, u"SQR16+9"},
+      {u"SQR(16+9)", 5, u"SQR16+9"}, {u"SQRx^2", 2.0000000000000004, u"SQRx^2"},
+      {u"SQR16x", 8, u"SQR16*x"},    {u"SQR(SQR16)", 2, u"SQRSQR16"},
   };
   for (const Sound& term : kTerms) ExpectSound(term, naive::EnglishNumbers());
 }
@@ -88,6 +78,9 @@ TEST(TermCases, LettersAreVariablesUnlessTheySpellAFunction) {
   EXPECT_EQ(TermText(ParseTerm(u"sin", numbers), numbers), u"SIN0");
   EXPECT_EQ(TermText(ParseTerm(u"xcosin", numbers), numbers), u"x*COSi*n");
   EXPECT_EQ(TermText(ParseTerm(u"Xx", numbers), numbers), u"X*x");
+  EXPECT_EQ(TermText(ParseTerm(u"1E5", numbers), numbers), u"1*E*5");  // no exponent
+  EXPECT_EQ(TermText(ParseTerm(u"expo", numbers), numbers), u"EXPo");
+  EXPECT_EQ(TermText(ParseTerm(u"SQ", numbers), numbers), u"S*Q");
 }
 
 TEST(TermCases, NothingIsTheNumber0) {
@@ -111,9 +104,10 @@ TEST(TermCases, BlanksAtTheOutside) {
   };
   for (const Sound& term : kTerms) ExpectSound(term, naive::EnglishNumbers());
   constexpr Unsound kNone[] = {
-      {u"x + 1", zepErrBadCall},    {u"x +1", zepErrBadCall},      {u"x+ 1", zepErrBadCall},
-      {u"(x) +1", zepErrBadCall},   {u"( x + 1 )", zepErrBadCall}, {u"SIN x", zepErrBadCall},
-      {u"x+( 1 2)", zepErrBadCall}, {u"\tx", zepErrBadPropValue},
+      {u"x + 1", zepErrBadCall},        {u"x +1", zepErrBadCall},      {u"x+ 1", zepErrBadCall},
+      {u"(x) +1", zepErrBadCall},       {u"( x + 1 )", zepErrBadCall}, {u"SIN x", zepErrBadCall},
+      {u"x+( 1 2)", zepErrBadCall},     {u"\tx", zepErrBadPropValue},  {u"x\t", zepErrBadCall},
+      {u"\u00a0x", zepErrBadPropValue},
   };
   for (const Unsound& term : kNone) {
     ExpectUnsound(term, naive::EnglishNumbers());
@@ -158,6 +152,9 @@ TEST(TermCases, WhichErrorComesFirst) {
       {u"|x|y|", zepErrBadCall},
       {u"|(x|", zepErrBadPropValue},
       {u"|x)|", zepErrBadPropValue},
+      {u"\u0663", zepErrBadPropValue},  // digits and letters of other scripts
+      {u"1\uff12", zepErrBadCall},
+      {u"s\u0131n", zepErrBadCall},
       {u"x+(1", zepErrBadCall},
       // Only in front, a bracket that is never closed has an error of its own.
       {u"(x+1", zepErrBadParam},

@@ -94,6 +94,7 @@ TEST(Transform, TextThatStartsWithNoToken) {
       {u"|(x)", zepErrBadValueDashes}, {u"|(x|", zepErrBadBrackets},
       {u"|(", zepErrBadBrackets},      {u"|)|", zepErrBadBrackets},
       {u"|x)", zepErrBadBrackets},     {u"|(x|)", zepErrBadValueDashes},
+      {u"|)(", zepErrBadBrackets},     {u"|)(|", zepErrBadBrackets},
   };
   for (const auto& [text, error] : kCases) {
     const std::u16string_view copy = text;
