@@ -102,7 +102,7 @@ TEST_P(TransformTest, ATokenIsDelimitedToBeReturned) {
       {L"\xE4", zepErrBadParam},       {L".", zepErrBadParam},        {L"(x+1", zepErrBadParam},
       {L"((x)", zepErrBadParam},       {L"|x", zepErrBadValueDashes}, {L"|", zepErrBadValueDashes},
       {L"|(x)", zepErrBadValueDashes}, {L"|x)|", zepErrBadBrackets},  {L"|(x", zepErrBadBrackets},
-      {L"|(x|", zepErrBadBrackets}};
+      {L"|(x|", zepErrBadBrackets},    {L"|)(", zepErrBadBrackets},   {L"|)(|", zepErrBadBrackets}};
   for (const auto& [text, error] : faulty) {
     EXPECT_ZEP_ERROR(Transform(text, zepMTCharToCChar), error, L"Expression");
   }
@@ -142,6 +142,21 @@ TEST_P(TransformTest, ReferencesAreFollowed) {
   EXPECT_EQ(Transform(code.Reference(), zepMTOpToPrio), 3);
   EXPECT_EQ(Transform(text.Reference(), zepMTCharToCChar), L"SIN");
   EXPECT_EQ(Transform(Value(reference), zepMTOpToChar), L"(");
+  reference.vt = VT_BYREF | VT_BSTR;
+  reference.pbstrVal = &text.raw().bstrVal;
+  EXPECT_EQ(Transform(Value(reference), zepMTCharToOp), zepMOSin);
+  SHORT small = 5;
+  reference.vt = VT_BYREF | VT_I2;
+  reference.piVal = &small;
+  EXPECT_ZEP_ERROR(Transform(Value(reference), zepMTOpToPrio), zepErrBadParam, L"Expression");
+}
+
+TEST_P(TransformTest, ANullStringIsEmpty) {
+  VARIANT null_string{};
+  null_string.vt = VT_BSTR;
+  for (const int mode : kCharModes) {
+    EXPECT_ZEP_ERROR(Transform(Value(null_string), mode), zepErrBadParam, L"Expression");
+  }
 }
 
 TEST_P(TransformTest, LeavesTheTermAlone) {
