@@ -15,19 +15,19 @@ if(WIN32)
     NO_CMAKE_FIND_ROOT_PATH)
 endif()
 
-# The generator names its files after the classes and event interfaces of the IDL.
+# The generator names its files after the interfaces of the IDL.
 function(list_abi_files idl result)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${idl})
   set(files enums.h classes.h)
-  file(STRINGS ${idl} lines REGEX "^ *(coclass|dispinterface) [A-Za-z0-9_]+ {")
+  file(STRINGS ${idl} lines REGEX "^ *(disp)?interface [A-Za-z0-9_]+ .*{")
   foreach(line IN LISTS lines)
-    string(REGEX MATCH "(coclass|dispinterface) _*([A-Za-z0-9]+)" match "${line}")
+    string(REGEX MATCH "(interface|dispinterface) _*([A-Za-z0-9]+)" match "${line}")
     string(REGEX REPLACE "([a-z0-9])([A-Z])" "\\1_\\2" file "${CMAKE_MATCH_2}")
     string(TOLOWER "${file}" file)
-    if(line MATCHES "coclass")
-      list(APPEND files ${file}_shim.h)
-    else()
+    if(line MATCHES "dispinterface")
       list(APPEND files ${file}_events.h)
+    else()
+      list(APPEND files ${file}_shim.h)
     endif()
   endforeach()
   set(${result} ${files} PARENT_SCOPE)
@@ -52,15 +52,16 @@ function(add_type_library name idl)
   if(WIN32)
     set(widl ${WIDL} ${ZEPKIT10_WIDL_TARGET} -I${IDL_IMPORTS} -L${STDOLE})
     # In a type library each enumeration is a scope of its own, in a C header they share one: there
-    # the second of two constants of one name carries its enumeration's name in front.
+    # the second of two constants of one name carries its enumeration's name in front. And a literal
+    # is no BSTR, so in C++ texts have no defaults.
     set(header_idl ${out}/header/${library}.idl)
     add_custom_command(
       OUTPUT ${header_idl}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${out}/header
       COMMAND sed -e "/enum ZepVbErrors31001To32811/,/}/s/zepVbErrOutOfMemory/ZepVbErrors31001To32811_&/"
-              ${idl} > ${header_idl}
+              -e "s/, defaultvalue([^)]*)] BSTR/] BSTR/g" ${idl} > ${header_idl}
       DEPENDS ${idl} VERBATIM
-      COMMENT "Making the constants of ${library} unique")
+      COMMENT "Fitting ${library} to a C++ header")
     add_custom_command(
       OUTPUT ${out}/${library}.h ${out}/${library}_i.c ${out}/${library}.tlb
       COMMAND ${widl} -h -o ${out}/${library}.h ${header_idl}

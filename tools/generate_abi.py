@@ -5,7 +5,7 @@
 
 For every library: enums.h (std-only), classes.h and classes.cpp (class descriptions and the
 late-binding tables). For every dual interface _X: x_shim.h, one shim that turns each vtable call into a
-call of the C++ class. For every event interface __X: x_events.h, one proxy that raises the events.
+call of the C++ class X. For every event interface __X: x_events.h, one proxy that raises the events.
 They include each other from their own folder, so that two libraries may be used side by side.
 The generator knows IDL, not C++ types: those are the business of platform/automation/abi.h.
 """
@@ -13,7 +13,7 @@ import argparse
 import pathlib
 import re
 
-from idl import read_library
+from idl import Coclass, read_library
 
 HEADER = '// Generated from {source}. Changes belong there or into tools/generate_abi.py.\n'
 KINDS = {'func': ('INVOKE_FUNC', '', ''), 'propget': ('INVOKE_PROPERTYGET', 'get_', ''),
@@ -41,6 +41,10 @@ def snake(name):
 class Generator:
     def __init__(self, library, source):
         self.library, self.source = library, source
+        # A dual interface without a coclass has a C++ class as well, only no CLSID.
+        described = {coclass.default for coclass in library.coclasses}
+        self.classes = library.coclasses + [Coclass(name.strip('_'), name, clsid='nullptr')
+                                            for name in library.interfaces if name not in described]
 
     def is_interface(self, type_name):
         return type_name in self.library.interfaces or type_name == 'IPictureDisp'
@@ -112,14 +116,16 @@ class Generator:
         yield f' public:\n  using Shim<Object, ::{name}>::Shim;\n'
         yield f'  static constexpr const ClassDescription& kClass = k{coclass.name}Class;\n\n'
         for member in self.library.interfaces[name].members:
-            yield from self.shim_method(member)
+            yield from self.shim_method(coclass, member)
         yield '};\n\n}  // namespace zepkit10\n'
 
-    def shim_method(self, member):
+    def shim_method(self, coclass, member):
         _, abi_prefix, own_prefix = KINDS[member.kind]
+        # In C++ only constructors have the name of their class.
+        suffix = 'Property' if member.name == coclass.name else ''
         declared = ', '.join(f'{self.abi_type(p)} {p.name}' for p in member.parameters)
         passed = ', '.join(self.from_abi(p) for p in member.arguments)
-        call = f'object.{own_prefix}{member.name}({passed})'
+        call = f'object.{own_prefix}{member.name}{suffix}({passed})'
         yield f'  HRESULT STDMETHODCALLTYPE {abi_prefix}{member.name}({declared}) override {{\n'
         if member.result:
             if member.result.type in self.library.enumerations:
@@ -162,19 +168,19 @@ class Generator:
     def classes_header(self):
         yield '#pragma once\n\n#include "platform/automation/class_description.h"\n\n'
         yield 'namespace zepkit10 {\n\n'
-        for coclass in self.library.coclasses:
+        for coclass in self.classes:
             yield f'extern const ClassDescription k{coclass.name}Class;\n'
         yield '\n}  // namespace zepkit10\n'
 
     def classes_source(self):
         yield f'#include "classes.h"\n\n#include "{self.library.name}.h"\n\n'
         yield 'namespace zepkit10 {\nnamespace {\n'
-        for coclass in self.library.coclasses:
+        for coclass in self.classes:
             yield from self.interface_table(coclass)
         yield '\n}  // namespace\n\n'
-        for coclass in self.library.coclasses:
+        for coclass in self.classes:
             events = f'&DIID_{coclass.events}' if coclass.events else 'nullptr'
-            yield (f'const ClassDescription k{coclass.name}Class{{u"{coclass.name}", &CLSID_{coclass.name}, '
+            yield (f'const ClassDescription k{coclass.name}Class{{u"{coclass.name}", {coclass.clsid}, '
                    f'&IID_{coclass.default}, {events}, k{coclass.name}Members}};\n')
         yield '\n}  // namespace zepkit10\n'
 
@@ -262,7 +268,7 @@ class Generator:
         yield 'enums.h', self.enums()
         yield 'classes.h', self.classes_header()
         yield 'classes.cpp', self.classes_source()
-        for coclass in self.library.coclasses:
+        for coclass in self.classes:
             yield f'{snake(coclass.name)}_shim.h', self.shim(coclass)
             if coclass.events:
                 yield f'{snake(coclass.name)}_events.h', self.events(coclass)

@@ -53,6 +53,7 @@ class Coclass:
     default: str = ''
     events: str = ''
     creatable: bool = True
+    clsid: str = ''    # a C++ expression for the address of the CLSID
 
 
 @dataclass
@@ -201,6 +202,7 @@ def read_enumeration(reader):
 
 def read_coclass(reader, attributes):
     found = Coclass(reader.next(), creatable='noncreatable' not in attributes)
+    found.clsid = f'&CLSID_{found.name}'
     if reader.peek() == ';':  # only announced
         reader.next()
         return None

@@ -170,8 +170,14 @@ bool Evaluation::Continue() {
 double Evaluate(Evaluable& root) {
   if (const double* number = root.Term().Constant()) return *number;
   const DefaultFloatEnvironment environment;
-  Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
-  return evaluation.Run(root);
+  try {
+    Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
+    return evaluation.Run(root);
+  } catch (Failure& failure) {
+    // Looking a variable up can make it, and fail with an error of the runtime.
+    if (failure.number > 0) failure.source = u"Zepkit10.Expression";
+    throw;
+  }
 }
 
 }  // namespace zepkit10

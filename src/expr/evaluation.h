@@ -24,7 +24,8 @@ class Evaluable {
 /// The value of a term with the current values of its variables, which may be terms themselves: a
 /// chain of any length is followed, one that leads back to itself raises error 28. Operands are
 /// evaluated right before left. Raises error 11 for a division by zero, 6 for an overflow and 5 for
-/// any other invalid operation; the result is always finite.
+/// any other invalid operation; the result is always finite. Errors of the runtime, a lookup's too,
+/// name the Expression as their source; the library's own keep theirs.
 double Evaluate(Evaluable& root);
 
 }  // namespace zepkit10

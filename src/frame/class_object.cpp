@@ -4,9 +4,11 @@
 #include "frame/counter_object.h"
 #include "frame/global_object.h"
 #include "frame/shared_library_object.h"
+#include "msg/messages_object.h"
 #include "platform/automation/module.h"
 #include "platform/automation/translate.h"
 #include "platform/registration.h"
+#include "util/list_object.h"
 
 namespace zepkit10 {
 namespace {
@@ -17,9 +19,9 @@ Ref<ObjectCore> Create() {
 }
 
 ClassObject class_objects[] = {
-    {kCounterClass, Create<Counter>},
-    {kExpressionClass, Create<Expression>},
-    {kGlobalClass, Create<Global>},
+    {kCounterClass, Create<Counter>},   {kExpressionClass, Create<Expression>},
+    {kGlobalClass, Create<Global>},     {kListClass, Create<List>},
+    {kMessagesClass, Create<Messages>},
 };
 
 }  // namespace

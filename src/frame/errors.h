@@ -25,8 +25,13 @@ struct Failure {
 /// "Zepkit10" where no class name is given.
 [[noreturn]] void RaiseZepError(ZepErrors number, std::u16string_view class_name = {});
 
+/// Raises one of the library's own errors with the source "Zepkit10.<class whose member the client
+/// called>".
+[[noreturn]] void RaiseInCalledClass(ZepErrors number);
+
 /// Raises an error of the runtime (5 bad call, 6 overflow, 11 division by zero …). Without a class
 /// name the source names the class whose member the client called.
 [[noreturn]] void RaiseRuntimeError(ZepVbErrors3To98 number, std::u16string_view class_name = {});
+[[noreturn]] void RaiseRuntimeError(ZepVbErrors298To746 number);
 
 }  // namespace zepkit10

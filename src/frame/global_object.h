@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "frame/shared_library_object.h"
 #include "frame/utility_members_object.h"
 #include "global_shim.h"
@@ -8,6 +10,9 @@
 namespace zepkit10 {
 
 class Charts;
+class DebugPrintOuts;
+class List;
+class Messages;
 class VarSets;
 
 /// The application object. Its objects are those of the shared `Library`.
@@ -17,6 +22,13 @@ class Global final : public AutomationObject<Global, GlobalShim>, public Utility
   ~Global() override;
 
   Ref<zepkit10::Charts> Charts() const;
+  Ref<List> CommandLine() const;
+  void DebugPrint(std::u16string_view Text, bool OmitCrLf) const;
+  Ref<zepkit10::DebugPrintOuts> DebugPrintOuts() const;
+  Ref<Messages> GlobalMessages() const;
+  std::u16string LogFile() const;
+  void SetLogFile(std::u16string_view NewLogFile) const;
+  void LogText(std::u16string_view Text) const;
   Ref<zepkit10::VarSets> VarSets() const;
   Ref<Library> Zep() const;
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <string>
+
+#include "debug/indentation.h"
 #include "frame/utility_members_object.h"
 #include "library_shim.h"
 #include "platform/automation/automation_object.h"
@@ -7,23 +10,38 @@
 namespace zepkit10 {
 
 class Charts;
+class DebugPrintOuts;
+class List;
+class Messages;
 class VarSets;
 
-/// The root that owns the library's long-lived collections, each created on its first read.
+/// The root that owns the library's long-lived objects, each created on its first read.
 class Library final : public AutomationObject<Library, LibraryShim>, public UtilityMembers {
  public:
   Library();
   ~Library() override;
 
   Ref<zepkit10::Charts> Charts();
+  Ref<List> CommandLine();
+  void DebugPrint(std::u16string_view Text, bool OmitCrLf);
+  Ref<zepkit10::DebugPrintOuts> DebugPrintOuts();
+  Ref<Messages> GlobalMessages();
+  std::u16string LogFile() const { return log_file_; }
+  void SetLogFile(std::u16string_view NewLogFile) { log_file_ = NewLogFile; }
+  void LogText(std::u16string_view Text) const;
   Ref<zepkit10::VarSets> VarSets();
 
-  /// Empties and releases the collections, in their order. What fails on the way is not reported.
+  /// Empties and releases the objects, in their order. What fails on the way is not reported.
   void TearDown() noexcept;
 
  private:
   Ref<zepkit10::Charts> charts_;
+  Ref<List> command_line_;
+  Ref<zepkit10::DebugPrintOuts> debug_print_outs_;
+  Ref<Messages> global_messages_;
   Ref<zepkit10::VarSets> var_sets_;
+  Indentation indentation_;
+  std::u16string log_file_;
 };
 
 }  // namespace zepkit10

@@ -2,10 +2,19 @@
 
 #include <string_view>
 
+#include "util/array_members_object.h"
+#include "util/file_members_object.h"
+#include "util/list_members_object.h"
+#include "util/scalar_members_object.h"
+
 namespace zepkit10 {
 
 /// The members that `Library` and `Global` have in common and that need no object of their own.
-class UtilityMembers {
+/// Their errors name the class whose member the client called.
+class UtilityMembers : public ArrayMembers,
+                       public FileMembers,
+                       public ListMembers,
+                       public ScalarMembers {
  public:
   /// The value of a term without variables. Whatever goes wrong after parsing is
   /// `zepErrBadCharInTerm`, with the library itself as its source.

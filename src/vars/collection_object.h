@@ -37,17 +37,6 @@ class Deletable : public AutomationObject<Self_, ShimOf> {
   bool deleted_ = false;
 };
 
-struct ItemEnumeratorTraits {
-  using Interface = IEnumVARIANT;
-  using Element = VARIANT;
-  using Item = Microsoft::WRL::ComPtr<IDispatch>;
-  static HRESULT Copy(const Item& from, VARIANT* to) {
-    to->vt = VT_DISPATCH;
-    return from.CopyTo(&to->pdispVal);
-  }
-  static void Clear(VARIANT* element) { VariantClear(element); }
-};
-
 template <class Base, class ItemType>
 class CollectionOf : public Base {
  public:
@@ -75,10 +64,10 @@ class CollectionOf : public Base {
 
   Microsoft::WRL::ComPtr<IUnknown> NewEnum() {
     this->EnsureAlive();
-    auto snapshot = std::make_shared<std::vector<Microsoft::WRL::ComPtr<IDispatch>>>();
+    auto snapshot = std::make_shared<std::vector<Variant>>();
     snapshot->reserve(items_.Count());
     for (const Ref<ItemType>& item : items_) snapshot->emplace_back(item->Abi());
-    return Enumerator<ItemEnumeratorTraits>::Create(std::move(snapshot));
+    return Enumerator<VariantEnumeratorTraits>::Create(std::move(snapshot));
   }
 
   void Remove(const VARIANT& Index) {

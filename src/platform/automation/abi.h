@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "platform/automation/ref.h"
+#include "platform/automation/safe_array.h"
 #include "platform/automation/string.h"
 #include "platform/automation/variant.h"
 
@@ -38,6 +39,7 @@ requires(std::is_arithmetic_v<T> || std::is_enum_v<T>) T ToAbi(T value) { return
 inline VARIANT_BOOL ToAbi(bool flag) { return flag ? VARIANT_TRUE : VARIANT_FALSE; }
 inline BSTR ToAbi(const std::u16string& text) { return MakeBstr(text); }
 inline VARIANT ToAbi(Variant value) { return value.Detach(); }
+inline SAFEARRAY* ToAbi(SafeArray array) { return array.Detach(); }
 
 template <class T>
 auto ToAbi(const Ref<T>& object) -> decltype(object->Abi()) {

@@ -45,7 +45,7 @@ struct Member {
 /// What the type library says of a class, as far as calls need it. Made by the generator.
 struct ClassDescription {
   const char16_t* name;
-  const CLSID* clsid;
+  const CLSID* clsid;  // null where the type library describes the interface only
   const IID* default_interface;
   const IID* events;  // null where the class has none
   std::span<const Member> members;

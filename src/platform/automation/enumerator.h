@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/automation/module.h"
+#include "platform/automation/variant.h"
 
 namespace zepkit10 {
 
@@ -89,6 +90,18 @@ class Enumerator final : public Traits::Interface {
   const Snapshot items_;
   std::size_t position_;
   long references_ = 0;
+};
+
+/// An enumerator of values.
+struct VariantEnumeratorTraits {
+  using Interface = IEnumVARIANT;
+  using Element = VARIANT;
+  using Item = Variant;
+  static HRESULT Copy(const Item& from, VARIANT* to) {
+    VariantInit(to);
+    return VariantCopy(to, const_cast<VARIANT*>(&from.get()));
+  }
+  static void Clear(VARIANT* element) { VariantClear(element); }
 };
 
 }  // namespace zepkit10

@@ -45,7 +45,7 @@ HRESULT ObjectCore::QueryInterface(REFIID iid, void** result) noexcept {
     *result = dispatch_;
   } else if (iid == IID_ISupportErrorInfo) {
     *result = static_cast<ISupportErrorInfo*>(this);
-  } else if (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2) {
+  } else if (class_.clsid && (iid == IID_IProvideClassInfo || iid == IID_IProvideClassInfo2)) {
     *result = static_cast<IProvideClassInfo2*>(this);
   } else if (iid == IID_IConnectionPointContainer && events_) {
     *result = static_cast<IConnectionPointContainer*>(events_);

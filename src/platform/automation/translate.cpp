@@ -16,6 +16,8 @@ namespace zepkit10 {
 namespace {
 
 using Microsoft::WRL::ComPtr;
+using enum ZepVbErrors3To98;
+using enum ZepVbErrors298To746;
 
 HRESULT Publish(const Failure& failure, const ClassDescription& called) {
   const std::u16string source =
@@ -60,6 +62,39 @@ HRESULT TranslateException(const ClassDescription& called) noexcept {
   } catch (...) {
     return PublishOutOfMemory(called);
   }
+}
+
+std::int32_t FromHresult(HRESULT failed) noexcept {
+  switch (failed) {
+    case DISP_E_OVERFLOW:
+      return static_cast<std::int32_t>(zepVbErrOverflow);
+    case E_OUTOFMEMORY:
+      return static_cast<std::int32_t>(zepVbErrOutOfMemory);
+    case DISP_E_BADINDEX:
+      return static_cast<std::int32_t>(zepVbErrSubscriptOutOfRange);
+    case DISP_E_ARRAYISLOCKED:
+      return static_cast<std::int32_t>(zepVbErrArrayFixedOrLocked);
+    case DISP_E_DIVBYZERO:
+      return static_cast<std::int32_t>(zepVbErrDivisionByZero);
+    case DISP_E_TYPEMISMATCH:
+    case DISP_E_BADVARTYPE:
+      return static_cast<std::int32_t>(zepVbErrTypeMismatch);
+    case DISP_E_UNKNOWNNAME:
+    case DISP_E_MEMBERNOTFOUND:
+      return static_cast<std::int32_t>(zepVbErrObjectDoesntSupportThisPropertyOrMethod);
+    case DISP_E_PARAMNOTOPTIONAL:
+      return static_cast<std::int32_t>(zepVbErrArgumentNotOptional);
+    case DISP_E_BADPARAMCOUNT:
+      return static_cast<std::int32_t>(zepVbErrWrongNumberOfArgumentsOrInvalidPropertyAssignment);
+    default:
+      return HRESULT_FACILITY(failed) == FACILITY_CONTROL && FAILED(failed) ? HRESULT_CODE(failed)
+                                                                            : failed;
+  }
+}
+
+void RaiseRefusal(HRESULT refused) {
+  if (refused == E_OUTOFMEMORY) throw std::bad_alloc();
+  throw Failure{FromHresult(refused), {}, {}};
 }
 
 HRESULT Refuse(HRESULT result) noexcept {

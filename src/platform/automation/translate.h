@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <cstdint>
+
 namespace zepkit10 {
 
 struct ClassDescription;
@@ -17,5 +19,12 @@ HRESULT Refuse(HRESULT result) noexcept;
 constexpr HRESULT ToHresult(long number) {
   return number > 0 ? static_cast<HRESULT>(0x800A0000L + number) : static_cast<HRESULT>(number);
 }
+
+/// The number of an error as clients know it: runtime errors, and those that hosts make of the
+/// platform's own (13 for a type mismatch, 438 for an unknown member …), are positive.
+std::int32_t FromHresult(HRESULT failed) noexcept;
+
+/// Raises what a function of the platform reports.
+[[noreturn]] void RaiseRefusal(HRESULT refused);
 
 }  // namespace zepkit10

@@ -1,5 +1,8 @@
 #include "platform/automation/variant.h"
 
+#include "frame/errors.h"
+#include "platform/automation/translate.h"
+
 namespace zepkit10 {
 namespace {
 
@@ -15,6 +18,25 @@ const VARIANT* Follow(const VARIANT* value) noexcept {
   }
   if (value && (value->vt & VT_BYREF) && !value->byref) return nullptr;
   return value;
+}
+
+Variant CopyOf(const VARIANT& value) {
+  const VARIANT* followed = Follow(&value);
+  if (!followed) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
+  Variant copy;
+  const HRESULT hr = VariantCopyInd(copy.Out(), const_cast<VARIANT*>(followed));
+  if (FAILED(hr)) RaiseRefusal(hr);
+  return copy;
+}
+
+std::int32_t ConvertToLong(const VARIANT& value) {
+  const VARIANT* followed = Follow(&value);
+  if (!followed) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
+  Variant number;
+  const HRESULT hr = VariantChangeTypeEx(number.Out(), const_cast<VARIANT*>(followed),
+                                         LOCALE_USER_DEFAULT, 0, VT_I4);
+  if (FAILED(hr)) RaiseRefusal(hr);
+  return number.get().lVal;
 }
 
 std::optional<std::int32_t> IntegerOf(const VARIANT& value) noexcept {

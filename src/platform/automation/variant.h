@@ -28,6 +28,11 @@ class Variant {
     value_.bstrVal = MakeBstr(text);
     value_.vt = VT_BSTR;
   }
+  explicit Variant(IDispatch* object) noexcept : Variant() {
+    value_.pdispVal = object;
+    value_.vt = VT_DISPATCH;
+    if (object) object->AddRef();
+  }
   Variant(Variant&& other) noexcept : value_(other.Detach()) {}
   Variant& operator=(Variant&& other) noexcept {
     std::swap(value_, other.value_);
@@ -47,6 +52,13 @@ class Variant {
  private:
   VARIANT value_;
 };
+
+/// A copy that owns what it holds; what comes by reference is copied from its place. Objects are
+/// shared, arrays and texts are not.
+Variant CopyOf(const VARIANT& value);
+
+/// The value converted as the platform converts it for the user; error 13 or 6 where it cannot be.
+std::int32_t ConvertToLong(const VARIANT& value);
 
 /// The value behind by-reference Variants; null where one points nowhere or to itself.
 const VARIANT* Follow(const VARIANT* value) noexcept;

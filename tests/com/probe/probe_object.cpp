@@ -255,10 +255,10 @@ Ref<Probe> ProbeList::Item(const VARIANT& index) {
 }
 
 Microsoft::WRL::ComPtr<IUnknown> ProbeList::NewEnum() {
-  auto items = std::make_shared<std::vector<Microsoft::WRL::ComPtr<IDispatch>>>();
+  auto items = std::make_shared<std::vector<Variant>>();
   items->emplace_back(first_->Abi());
   items->emplace_back(second_->Abi());
-  return Enumerator<ItemEnumeratorTraits>::Create(std::move(items));
+  return Enumerator<VariantEnumeratorTraits>::Create(std::move(items));
 }
 
 Ref<Probe> ProbeList::MakeProbe(std::int32_t value) {

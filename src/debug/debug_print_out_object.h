@@ -1,0 +1,33 @@
+#pragma once
+
+#include "debug_print_out_shim.h"
+#include "enums.h"
+#include "vars/collection_object.h"
+
+namespace zepkit10 {
+
+class DebugPrintOuts;
+
+/// A target of `DebugPrint`: a member of a client's object that takes text.
+class DebugPrintOut final
+    : public ItemOf<Deletable<DebugPrintOut, DebugPrintOutShim>, DebugPrintOuts> {
+ public:
+  DebugPrintOut(IDispatch* object, std::u16string_view call, ZepDPOCallType type);
+  ~DebugPrintOut() override;
+
+  std::u16string LinkedCall() const;
+  ZepDPOCallType LinkedCallType() const;
+  Microsoft::WRL::ComPtr<IDispatch> LinkedObject() const;
+  void PrintText(std::u16string_view Text);
+  bool Usable();
+
+  /// Lets the linked object go; called when the target is deleted.
+  void ReleaseContent();
+
+ private:
+  Microsoft::WRL::ComPtr<IDispatch> object_;
+  const std::u16string call_;
+  const ZepDPOCallType type_;
+};
+
+}  // namespace zepkit10
