@@ -129,6 +129,31 @@ TEST_F(EvaluationTest, AVariablesErrorGoesThrough) {
           static_cast<std::int32_t>(ZepErrors::zepErrItemNotExistant), u"Zepkit10.VarSet", {}}));
 }
 
+/// A term whose variables cannot be made.
+class FailingLookup final : public Evaluable {
+ public:
+  const zepkit10::Term& Term() const override { return term_; }
+  Evaluable& VariableNamed(char16_t) override { throw failure; }
+
+  Failure failure;
+
+ private:
+  const zepkit10::Term term_ = ParseTerm(u"1+x", naive::EnglishNumbers());
+};
+
+TEST_F(EvaluationTest, AnErrorOfTheRuntimeInALookupComesFromTheExpression) {
+  const auto overflow = static_cast<std::int32_t>(zepVbErrOverflow);
+  const auto awaits = static_cast<std::int32_t>(ZepErrors::zepErrAwaitTerm);
+  FailingLookup term;
+  for (const auto* source : {u"", u"Zepkit10.VarSet"}) {
+    term.failure = {overflow, source, u"text"};
+    EXPECT_EQ(FailureOf([&] { Evaluate(term); }),
+              (Failure{overflow, u"Zepkit10.Expression", u"text"}));
+    term.failure = {awaits, source, u"text"};
+    EXPECT_EQ(FailureOf([&] { Evaluate(term); }), (Failure{awaits, source, u"text"}));
+  }
+}
+
 TEST_F(EvaluationTest, CyclesRaise28) {
   set_.Set(u'w', u"w");
   ExpectFault(u"w", zepVbErrOutOfStackSpace);
