@@ -4,6 +4,7 @@
 
 #include "com/client.h"
 #include "com/component.h"
+#include "com/zep_error.h"
 
 /// A test of members that both root objects have: it runs with each of them, early and late bound.
 /// Errors name the root that was called.
@@ -22,6 +23,11 @@ class BothRoots : public component::Test,
 
   client::Object root_;
 };
+
+/// Asserts one of the library's own errors, raised by the root that was called.
+#define EXPECT_ROOT_ERROR(outcome, expected_number)                               \
+  EXPECT_ERROR(outcome, expected_number, std::wstring(L"Zepkit10.") + RootName(), \
+               zep_error::English(expected_number))
 
 #define RUN_WITH_BOTH_ROOTS(Fixture)                                                           \
   INSTANTIATE_TEST_SUITE_P(                                                                    \
