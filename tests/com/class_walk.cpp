@@ -7,6 +7,7 @@
 
 #include "com/client.h"
 #include "com/component.h"
+#include "com/foreign.h"
 
 namespace class_walk {
 namespace {
@@ -69,6 +70,25 @@ VARTYPE TypeOf(const TYPEDESC& type) {
   return type.vt;
 }
 
+/// A client's object that has every member and takes everything.
+class Patient : public foreign::Object<IDispatch> {
+ public:
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID* id) override {
+    return *id = 1, S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
+                                   UINT*) override {
+    return S_OK;
+  }
+} patient;
+
+/// Adds something to a collection, a board or a list of targets, which was emptied before.
+client::Outcome Add(const client::Object& owner) {
+  owner.Call(L"Clear");  // what an earlier test left in a shared collection
+  const auto added = owner.Call(L"Add", {L"a"});
+  return added.ok() ? added : owner.Call(L"Add", {client::Value(&patient), L"Member", 2});
+}
+
 bool LeadsOn(const Slot& slot) {
   return (slot.kind == INVOKE_PROPERTYGET && slot.types.size() == 1) || slot.name == L"Add";
 }
@@ -103,9 +123,7 @@ Objects FindObjects() {
     const client::Object client(object.Get(), client::Binding::kDispatch);
     for (const Slot& slot : SlotsOf(interfaces[name])) {
       if (!LeadsOn(slot)) continue;
-      const bool adds = slot.name == L"Add";
-      if (adds) client.Call(L"Clear");  // what an earlier test left in a shared collection
-      const auto outcome = adds ? client.Call(L"Add", {L"a"}) : client.Get(slot.name.c_str());
+      const auto outcome = slot.name == L"Add" ? Add(client) : client.Get(slot.name.c_str());
       if (const client::Object next = client.With(outcome)) open.emplace_back(next.get());
     }
   }

@@ -196,6 +196,9 @@ TEST_F(RulesTest, DeletedObjectsRefuseEveryMember) {
       EXPECT_EQ(kAwaitTerm, outcome.number);  // its owner went first
     }
     for (const Slot& slot : slots) {
+      if (described.name == L"Message" && (slot.name == L"Index" || slot.name == L"Deleted")) {
+        continue;  // a message tells these to the end
+      }
       VARIANT result;  // the largest of results
       std::memset(&result, 0xCC, sizeof result);
       EXPECT_EQ(kAwaitTerm,
