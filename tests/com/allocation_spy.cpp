@@ -21,6 +21,8 @@ class Spy final : public IMallocSpy {
       SetOaNoCache();
       auto* made = new Spy;
       CoRegisterMallocSpy(made);
+      // Wine looks blocks up in a table that it makes with the first one allocated.
+      CoTaskMemFree(CoTaskMemAlloc(1));
       return made;
     }();
     return spy;
