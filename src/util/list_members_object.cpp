@@ -54,6 +54,7 @@ std::u16string ListMembers::StringArrayToList(const VARIANT& StringArray,
   if (!given || (given->vt & ~VT_BYREF) != (VT_ARRAY | VT_BSTR)) RaiseInCalledClass(zepErrBadCall);
   SAFEARRAY* array = (given->vt & VT_BYREF) ? *given->pparray : given->parray;
   const ArrayAccess texts(array);
+  if (texts.IsEmpty()) return {};
   ListWriter list({Delimiter, QuoteBegin, QuoteEnd});
   // Lists count from 1, whatever the array's lower bound is.
   for (std::int64_t i = 1; i <= texts.UpperBound(); ++i) {

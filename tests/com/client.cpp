@@ -125,18 +125,24 @@ Object Object::CallObject(const wchar_t* name, Arguments arguments) const {
   return With(Call(name, arguments));
 }
 
-std::vector<Object> Object::Items() const {
-  std::vector<Object> items;
-  const Outcome entry = Get(L"NewEnum");
+std::vector<Value> Object::Values() const {
+  std::vector<Value> values;
+  Outcome entry = Get(L"NewEnum");
+  if (!entry.ok()) entry = Call(L"NewEnum");
   ComPtr<IEnumVARIANT> enumerator;
   if (!entry.ok() || FAILED(entry.value.raw().punkVal->QueryInterface(IID_PPV_ARGS(&enumerator)))) {
-    return items;
+    return values;
   }
-  Value item;
-  while (enumerator->Next(1, &item.raw(), nullptr) == S_OK) {
-    items.emplace_back(item.raw().pdispVal, binding_);
-    item = Value();
+  Value value;
+  while (enumerator->Next(1, &value.raw(), nullptr) == S_OK) {
+    values.push_back(std::exchange(value, Value()));
   }
+  return values;
+}
+
+std::vector<Object> Object::Items() const {
+  std::vector<Object> items;
+  for (const Value& value : Values()) items.emplace_back(value.raw().pdispVal, binding_);
   return items;
 }
 

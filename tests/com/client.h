@@ -123,7 +123,8 @@ class Object {
   Object CallObject(const wchar_t* name, Arguments arguments = {}) const;
   Object With(const Outcome& outcome) const;
 
-  /// What For Each visits, in order.
+  /// What For Each visits, in order: values, or objects in the same binding.
+  std::vector<Value> Values() const;
   std::vector<Object> Items() const;
 
   IDispatch* get() const { return object_.Get(); }

@@ -1,0 +1,194 @@
+#include "com/both_bindings.h"
+#include "com/foreign.h"
+#include "com/zep_error.h"
+
+namespace {
+
+using client::Object;
+using client::Value;
+
+using Values = std::vector<Value>;
+
+class ListTest : public BothBindings {
+ protected:
+  Object list_ = Create(CLSID_List);
+};
+
+TEST_P(ListTest, StartsEmpty) {
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+  EXPECT_EQ(list_.Get(L"Delimiter"), L" ");
+  EXPECT_EQ(list_.Get(L"QuoteBegin"), L"");
+  EXPECT_EQ(list_.Get(L"QuoteEnd"), L"");
+  EXPECT_EQ(list_.Get(L"ListString"), L"");
+  EXPECT_EQ(list_.Values(), Values{});
+}
+
+TEST_P(ListTest, AddsAtTheEnd) {
+  EXPECT_OK(list_.Call(L"AddItem", {L"a"}));
+  EXPECT_OK(list_.Call(L"AddItem", {L"b", -1}));
+  EXPECT_OK(list_.Call(L"AddItem", {L"c", 3}));
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"b", L"c"}));
+  EXPECT_EQ(list_.Get(L"Count"), 3);
+}
+
+TEST_P(ListTest, InsertsBeforeAPosition) {
+  EXPECT_OK(list_.Call(L"AddItem", {L"b", 1}));
+  EXPECT_OK(list_.Call(L"AddItem", {L"a", 1}));
+  EXPECT_OK(list_.Call(L"AddItem", {L"x", 2}));
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"x", L"b"}));
+}
+
+TEST_P(ListTest, RefusesToInsertElsewhere) {
+  for (const int index : {0, -2, 2, 2147483647, -2147483647 - 1}) {
+    EXPECT_ZEP_ERROR(list_.Call(L"AddItem", {L"a", index}), zepErrBadCall, L"List");
+  }
+  EXPECT_OK(list_.Call(L"AddItem", {L"a"}));
+  EXPECT_ZEP_ERROR(list_.Call(L"AddItem", {L"b", 3}), zepErrBadCall, L"List");
+  EXPECT_EQ(list_.Values(), (Values{L"a"}));
+}
+
+TEST_P(ListTest, RemovesTheLastOrAnItem) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b c d"}));
+  EXPECT_OK(list_.Call(L"RemoveItem"));
+  EXPECT_OK(list_.Call(L"RemoveItem", {1}));
+  EXPECT_EQ(list_.Values(), (Values{L"b", L"c"}));
+  EXPECT_OK(list_.Call(L"RemoveItem", {-1}));
+  EXPECT_OK(list_.Call(L"RemoveItem", {1}));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+}
+
+TEST_P(ListTest, RefusesToRemoveElsewhere) {
+  for (const int index : {-1, 0, 1}) {
+    EXPECT_ZEP_ERROR(list_.Call(L"RemoveItem", {index}), zepErrBadCall, L"List");
+  }
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  for (const int index : {0, -2, 3}) {
+    EXPECT_ZEP_ERROR(list_.Call(L"RemoveItem", {index}), zepErrBadCall, L"List");
+  }
+  EXPECT_EQ(list_.Get(L"Count"), 2);
+}
+
+TEST_P(ListTest, ItemsAreReadAndWrittenByPosition) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b c"}));
+  EXPECT_EQ(list_.Get(L"Item", {1}), L"a");
+  EXPECT_EQ(list_.Get(L"Item", {3}), L"c");
+  EXPECT_OK(list_.Let(L"Item", {2, L"x y"}));
+  EXPECT_EQ(list_.Get(L"Item", {2}), L"x y");
+  EXPECT_EQ(list_.Get(L"ListString"), L"a x y c") << "there are no quotes to put it in";
+}
+
+TEST_P(ListTest, ItemsOutsideAreOutOfRange) {
+  EXPECT_ZEP_ERROR(list_.Get(L"Item", {1}), zepErrIndexOutOfRange, L"List");
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  for (const int index : {0, -1, 3}) {
+    EXPECT_ZEP_ERROR(list_.Get(L"Item", {index}), zepErrIndexOutOfRange, L"List");
+    EXPECT_ZEP_ERROR(list_.Let(L"Item", {index, L"x"}), zepErrIndexOutOfRange, L"List");
+  }
+}
+
+TEST_P(ListTest, ClearRemovesAllItemsAndKeepsTheFormat) {
+  EXPECT_OK(list_.Let(L"Delimiter", {L","}));
+  EXPECT_OK(list_.Let(L"ListString", {L"a,b"}));
+  EXPECT_OK(list_.Call(L"Clear"));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+  EXPECT_EQ(list_.Get(L"ListString"), L"");
+  EXPECT_EQ(list_.Get(L"Delimiter"), L",");
+}
+
+TEST_P(ListTest, ListStringSplitsAndJoinsInTheListsFormat) {
+  EXPECT_OK(list_.Let(L"QuoteBegin", {L"("}));
+  EXPECT_OK(list_.Let(L"QuoteEnd", {L")"}));
+  EXPECT_OK(list_.Let(L"ListString", {L"a (b c) d"}));
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"b c", L"d"}));
+  EXPECT_EQ(list_.Get(L"ListString"), L"a (b c) d");
+  EXPECT_OK(list_.Let(L"Delimiter", {L"--"}));
+  EXPECT_OK(list_.Let(L"Item", {1, L""}));
+  EXPECT_EQ(list_.Get(L"ListString"), L"()--b c--d");
+  EXPECT_OK(list_.Let(L"ListString", {L""}));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+}
+
+TEST_P(ListTest, DelimiterAndQuotesMustDiffer) {
+  EXPECT_OK(list_.Let(L"QuoteBegin", {L"("}));
+  EXPECT_OK(list_.Let(L"QuoteEnd", {L")"}));
+  for (const wchar_t* delimiter : {L"", L"(", L")"}) {
+    EXPECT_ZEP_ERROR(list_.Let(L"Delimiter", {delimiter}), zepErrBadPropValue, L"List");
+  }
+  EXPECT_ZEP_ERROR(list_.Let(L"QuoteBegin", {L" "}), zepErrBadPropValue, L"List");
+  EXPECT_ZEP_ERROR(list_.Let(L"QuoteEnd", {L" "}), zepErrBadPropValue, L"List");
+  EXPECT_EQ(list_.Get(L"Delimiter"), L" ");
+  EXPECT_EQ(list_.Get(L"QuoteBegin"), L"(");
+  EXPECT_EQ(list_.Get(L"QuoteEnd"), L")");
+  EXPECT_OK(list_.Let(L"QuoteEnd", {L"("}));
+  EXPECT_OK(list_.Let(L"QuoteEnd", {L""}));
+  EXPECT_OK(list_.Let(L"Delimiter", {L"(("}));
+}
+
+TEST_P(ListTest, ItemsAreACollectionOfTheirOwn) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  const Object items = list_.GetObject(L"Items");
+  EXPECT_EQ(items.Values(), (Values{L"a", L"b"}));
+  EXPECT_OK(items.Call(L"Add", {L"c"}));
+  EXPECT_EQ(list_.Get(L"Count"), 2);
+  EXPECT_OK(list_.Set(L"Items", {items}));
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"b", L"c"}));
+  EXPECT_OK(list_.Set(L"Items", {list_}));
+  EXPECT_EQ(list_.Get(L"Count"), 3);
+  EXPECT_OK(list_.Set(L"Items", {Value::Nothing()}));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+}
+
+TEST_P(ListTest, OnlyTextsBecomeItems) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  const Object items = list_.GetObject(L"Items");
+  EXPECT_OK(items.Call(L"Add", {5}));
+  EXPECT_ZEP_ERROR(list_.Set(L"Items", {items}), zepErrBadCall, L"List");
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"b"}));
+}
+
+TEST_P(ListTest, AForeignObjectMustBeACollection) {
+  foreign::VarSet object;
+  EXPECT_OK(list_.Let(L"ListString", {L"a"}));
+  EXPECT_ERROR(list_.Set(L"Items", {Value(&object)}), 451, L"Zepkit10.List",
+               L"Object not a collection");
+  EXPECT_EQ(list_.Get(L"Count"), 1);
+  EXPECT_EQ(1u, object.references);
+}
+
+TEST_P(ListTest, TextsKeepEveryCharacter) {
+  const std::wstring text(L"a\0\xD800z", 4);
+  EXPECT_OK(list_.Call(L"AddItem", {text}));
+  EXPECT_EQ(list_.Get(L"Item", {1}), text);
+  EXPECT_EQ(list_.Get(L"ListString"), text);
+}
+
+TEST_P(ListTest, AnEnumerationIsASnapshot) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  const client::Outcome entry = list_.Get(L"NewEnum");
+  Microsoft::WRL::ComPtr<IEnumVARIANT> enumerator;
+  ASSERT_EQ(S_OK, entry.value.raw().punkVal->QueryInterface(IID_PPV_ARGS(&enumerator)));
+  EXPECT_OK(list_.Call(L"Clear"));
+  Value value;
+  ASSERT_EQ(S_OK, enumerator->Next(1, &value.raw(), nullptr));
+  EXPECT_EQ(value, Value(L"a"));
+}
+
+TEST_P(ListTest, TheCommandLineIsAQuotedList) {
+  const Object global = Create(CLSID_Global);
+  const Object line = global.GetObject(L"CommandLine");
+  EXPECT_EQ(line.Get(L"Delimiter"), L" ");
+  EXPECT_EQ(line.Get(L"QuoteBegin"), L"\"");
+  EXPECT_EQ(line.Get(L"QuoteEnd"), L"\"");
+  EXPECT_OK(list_.Let(L"QuoteBegin", {L"\""}));
+  EXPECT_OK(list_.Let(L"QuoteEnd", {L"\""}));
+  EXPECT_OK(list_.Let(L"ListString", {GetCommandLineW()}));
+  EXPECT_EQ(line.Values(), list_.Values());
+  EXPECT_LE(1u, line.Values().size());
+  EXPECT_OK(line.Call(L"AddItem", {L"added"}));
+  EXPECT_EQ(global.Get(L"CommandLine"), line);
+  EXPECT_EQ(global.GetObject(L"Zep").Get(L"CommandLine"), line);
+}
+
+RUN_IN_BOTH_BINDINGS(ListTest);
+
+}  // namespace
