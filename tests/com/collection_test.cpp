@@ -152,6 +152,26 @@ TEST_P(CollectionTest, AValueMayCallBackWhenItGoes) {
   EXPECT_EQ(collection_.Values(), (Values{L"a", L"b", L"c", L"parting"}));
 }
 
+void** Out(Microsoft::WRL::ComPtr<IUnknown>& pointer) {
+  return reinterpret_cast<void**>(pointer.ReleaseAndGetAddressOf());
+}
+
+// The type library describes the interface of collections, but no class.
+TEST_P(CollectionTest, HasAnInterfaceButNoClass) {
+  using Microsoft::WRL::ComPtr;
+  ComPtr<IUnknown> found;
+  EXPECT_EQ(S_OK, collection_.get()->QueryInterface(IID__Collection, Out(found)));
+  EXPECT_EQ(S_OK, collection_.get()->QueryInterface(IID_ISupportErrorInfo, Out(found)));
+  EXPECT_EQ(E_NOINTERFACE, collection_.get()->QueryInterface(IID_IProvideClassInfo, Out(found)));
+  EXPECT_EQ(E_NOINTERFACE, collection_.get()->QueryInterface(IID_IProvideClassInfo2, Out(found)));
+  ComPtr<ITypeInfo> type;
+  ASSERT_EQ(S_OK, collection_.get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type));
+  BSTR name = nullptr;
+  EXPECT_EQ(S_OK, type->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr));
+  EXPECT_STREQ(L"_Collection", name);
+  SysFreeString(name);
+}
+
 RUN_IN_BOTH_BINDINGS(CollectionTest);
 
 }  // namespace

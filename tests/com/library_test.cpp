@@ -21,13 +21,16 @@ TEST_P(LibraryTest, RootsShareTheirObjects) {
   const Object first = NewGlobal(), second = NewGlobal();
   const Object library = first.GetObject(L"Zep");
   EXPECT_EQ(second.Get(L"Zep"), library);
-  for (const wchar_t* name : {L"Charts", L"VarSets"}) {
+  for (const wchar_t* name :
+       {L"Charts", L"VarSets", L"DebugPrintOuts", L"CommandLine", L"GlobalMessages"}) {
     const Object shared = first.GetObject(name);
     ASSERT_TRUE(shared);
     EXPECT_EQ(first.Get(name), shared);
     EXPECT_EQ(second.Get(name), shared);
     EXPECT_EQ(library.Get(name), shared);
-    EXPECT_EQ(shared.Get(L"Parent"), library);
+  }
+  for (const wchar_t* name : {L"Charts", L"VarSets", L"DebugPrintOuts"}) {
+    EXPECT_EQ(first.GetObject(name).Get(L"Parent"), library);
   }
 }
 

@@ -73,6 +73,18 @@ class GeneratorTest(unittest.TestCase):
                                ('DebugPrintOut', 'debug_print_out')]:
             self.assertEqual(expected, snake(name))
 
+    def test_an_interface_without_a_coclass_has_a_class_without_clsid(self):
+        files = generated(library_with('[id(1)] HRESULT Do(void);',
+                                       after='interface _Other : IDispatch { [id(1)] HRESULT Undo(void); };'))
+        self.assertIn('class OtherShim final : public Shim<Object, ::_Other>', files['other_shim.h'])
+        self.assertIn('kOtherClass{u"Other", nullptr, &IID__Other, nullptr, kOtherMembers}', files['classes.cpp'])
+        self.assertIn('kThingClass{u"Thing", &CLSID_Thing, &IID__Thing, nullptr, kThingMembers}', files['classes.cpp'])
+
+    def test_a_member_named_like_its_class(self):
+        shim = generated(library_with('[propget, id(1)] HRESULT Thing([out, retval] long* Result);'))['thing_shim.h']
+        self.assertIn('get_Thing(LONG* Result)', shim)
+        self.assertIn('object.ThingProperty()', shim)
+
     def test_a_short_is_no_boolean(self):
         shim = generated(library_with('[id(1)] HRESULT Do([in] short Number, [in] VARIANT_BOOL Flag);'))['thing_shim.h']
         self.assertIn('object.Do(FromAbi(Number), Flag != VARIANT_FALSE)', shim)
