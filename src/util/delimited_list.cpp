@@ -36,11 +36,6 @@ bool ListReader::NextOfUndelimited() {
   return !item_.empty();
 }
 
-bool ListReader::AtQuote() const {
-  if (format_.quote_begin.empty() && format_.quote_end.empty()) return false;
-  return At(format_.quote_begin) || At(format_.quote_end);
-}
-
 void ListReader::CountQuote() {
   if (format_.quote_begin == format_.quote_end) {
     depth_ = depth_ > 0 ? 0 : 1;

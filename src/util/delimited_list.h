@@ -29,14 +29,19 @@ class ListReader {
   std::u16string_view Item() const { return item_; }
 
  private:
-  bool At(std::u16string_view part) const { return text_.substr(position_).starts_with(part); }
-  bool AtQuote() const;
+  bool At(std::u16string_view part) const {
+    if (part.empty()) return true;
+    return text_[position_] == part[0] &&
+           (part.size() == 1 || text_.substr(position_).starts_with(part));
+  }
+  bool AtQuote() const { return quoting_ && (At(format_.quote_begin) || At(format_.quote_end)); }
   bool NextOfUndelimited();
   void CountQuote();
   void DropCharacter();
 
   const std::u16string_view text_;
   const ListFormat format_;
+  const bool quoting_ = !format_.quote_begin.empty() || !format_.quote_end.empty();
   std::size_t position_ = 0;
   std::size_t begin_ = 0;   // of the item, as long as it stands in the text as it is
   bool assembled_ = false;  // the item differs from the text and stands in `buffer_`
