@@ -13,7 +13,7 @@ import sys
 import time
 
 from test_results import (Result, googletest_results, program_results, script_results,
-                          unittest_results)
+                          transcript_results, unittest_results)
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / 'build'
@@ -116,20 +116,30 @@ def com_suite(user, gtest_filter, *arguments):
     return suite
 
 
-def script(run):
+def run_scripts(run, folder):
+    """Output and exit code of each script in a folder, with the component registered."""
     run.build('x64')
     dll = str(BUILD / 'x64/zepkit10.dll')
     output, code = run.program([WINE, 'english', 'regsvr32', '/s', dll])
     if code:
-        yield Result('registration', 'failed', f'{output}\nregsvr32 ended with {code}')
-        return
-    for path in sorted((ROOT / 'tests/script').iterdir()):
+        raise BuildFailed(f'{output}\nregsvr32 ended with {code}')
+    for path in sorted((ROOT / folder).iterdir()):
         if path.suffix in ('.vbs', '.js'):
             # Script hosts take what begins with a slash for an option.
-            command = [WINE, 'english', 'cscript', '//nologo', str(path.relative_to(ROOT))]
-            for result in script_results(*run.program(command)):
-                yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
+            yield path, *run.program([WINE, 'english', 'cscript', '//nologo', str(path.relative_to(ROOT))])
     run.program([WINE, 'english', 'regsvr32', '/s', '/u', dll])
+
+
+def script(run):
+    for path, output, code in run_scripts(run, 'tests/script'):
+        for result in script_results(output, code):
+            yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
+
+
+def samples(run):
+    """What each sample prints is compared with the text of its name in tests/samples."""
+    for path, output, code in run_scripts(run, 'samples/vbscript'):
+        yield from transcript_results(path.name, output, code, ROOT / 'tests/samples' / f'{path.stem}.txt')
 
 
 def binary(run):
@@ -159,6 +169,7 @@ SUITES = {
     'com-dll-german': com_suite('german', '*German*', DLL),
     'registration': registration,
     'script': script,
+    'samples': samples,
     'binary': binary,
 }
 

@@ -4,6 +4,7 @@ Every reader takes a program's output and yields a Result per test. A program th
 short yields a failed one for what it was about.
 """
 import dataclasses
+import difflib
 import re
 
 
@@ -69,6 +70,15 @@ def script_results(output, exit_code):
     if exit_code or not lines or lines[-1] != 'end of script':
         yield Result('the end of the script', 'failed',
                      '\n'.join(lines[-5:] + [f'{ending(exit_code)} before "end of script"']))
+
+
+def transcript_results(name, output, exit_code, expected):
+    """A program that is one test: what it prints is what a file holds."""
+    text = expected.read_text(encoding='utf-8') if expected.exists() else ''
+    difference = '\n'.join(difflib.unified_diff(text.splitlines(), output.splitlines(), expected.name, 'printed',
+                                                lineterm=''))
+    good = not exit_code and text and not difference
+    yield Result(name, 'passed' if good else 'failed', f'{difference}\n{ending(exit_code)}')
 
 
 def program_results(output, exit_code):

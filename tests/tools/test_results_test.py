@@ -1,7 +1,9 @@
 """The test runner's count is what a change lands by, so what it makes of programs that fail is tested."""
+import pathlib
+import tempfile
 import unittest
 
-from test_results import googletest_results, script_results, unittest_results
+from test_results import googletest_results, script_results, transcript_results, unittest_results
 
 PASSING = '''\
 [==========] Running 2 tests from 1 test suite.
