@@ -1,21 +1,148 @@
 #include "debug/debug_print_out_object.h"
 
 #include "debug/debug_print_outs_object.h"
+#include "platform/automation/late_call.h"
+#include "platform/automation/translate.h"
 
 namespace zepkit10 {
+namespace {
 
-using enum ZepErrors;
+using enum ZepDPOCallType;
+using Microsoft::WRL::ComPtr;
+
+constexpr LCID kLocale = 1033;
+constexpr int kMaxDeliveriesRunning = 16;  // a target that prints, to a target that prints …
+
+class RunningDelivery {
+ public:
+  explicit RunningDelivery(DebugPrintOuts& outs) : outs_(&outs) {
+    if (outs_->DeliveriesRunning() == kMaxDeliveriesRunning) {
+      RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace);
+    }
+    ++outs_->DeliveriesRunning();
+  }
+  ~RunningDelivery() { --outs_->DeliveriesRunning(); }
+  RunningDelivery(const RunningDelivery&) = delete;
+  RunningDelivery& operator=(const RunningDelivery&) = delete;
+
+ private:
+  const Ref<DebugPrintOuts> outs_;
+};
+
+/// A member of an object, which lives as long as this: a target may be deleted while it is called.
+class LinkedMember {
+ public:
+  LinkedMember(const ComPtr<IDispatch>& object, std::u16string_view name) : object_(object) {
+    if (!object_) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrObjectVariableNotSet);
+    id_ = FindMember(*object_.Get(), name, kLocale);
+  }
+
+  Variant Get() const { return CallMember(*object_.Get(), id_, DISPATCH_PROPERTYGET, kLocale); }
+  void Let(const Variant& value) const {
+    CallMember(*object_.Get(), id_, DISPATCH_PROPERTYPUT, kLocale, {&value.get(), 1});
+  }
+  void Call(const Variant& argument) const {
+    CallMember(*object_.Get(), id_, DISPATCH_METHOD, kLocale, {&argument.get(), 1});
+  }
+
+ private:
+  const ComPtr<IDispatch> object_;
+  DISPID id_;
+};
+
+int LengthOf(int converted) {
+  if (converted <= 0) RaiseRefusal(HRESULT_FROM_WIN32(GetLastError()));
+  return converted;
+}
+
+/// The text through the ANSI code page and back.
+std::u16string InAnsiCharacters(std::u16string_view text) {
+  if (text.empty()) return {};
+  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
+  const int length = static_cast<int>(text.size());
+  std::string ansi;
+  ansi.resize(static_cast<std::size_t>(
+      LengthOf(WideCharToMultiByte(CP_ACP, 0, wide, length, nullptr, 0, nullptr, nullptr))));
+  const int size = static_cast<int>(ansi.size());
+  WideCharToMultiByte(CP_ACP, 0, wide, length, ansi.data(), size, nullptr, nullptr);
+  std::u16string back;
+  back.resize(static_cast<std::size_t>(
+      LengthOf(MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, nullptr, 0))));
+  MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, MutableText(back),
+                      static_cast<int>(back.size()));
+  return back;
+}
+
+/// A property's value with a text appended.
+Variant Appended(Variant value, std::u16string_view text) {
+  const HRESULT hr = VariantChangeTypeEx(value.Out(), value.Out(), LOCALE_USER_DEFAULT,
+                                         VARIANT_ALPHABOOL, VT_BSTR);
+  if (FAILED(hr)) RaiseRefusal(hr);
+  std::u16string whole(ViewOf(value.get().bstrVal));
+  whole += text;
+  return Variant(whole);
+}
+
+}  // namespace
 
 DebugPrintOut::DebugPrintOut(IDispatch* object, std::u16string_view call, ZepDPOCallType type)
     : object_(object), call_(call), type_(type) {}
 
 DebugPrintOut::~DebugPrintOut() = default;
 
-std::u16string DebugPrintOut::LinkedCall() const { Raise(zepErrUnexpected); }
-ZepDPOCallType DebugPrintOut::LinkedCallType() const { Raise(zepErrUnexpected); }
-Microsoft::WRL::ComPtr<IDispatch> DebugPrintOut::LinkedObject() const { Raise(zepErrUnexpected); }
-void DebugPrintOut::PrintText(std::u16string_view) { Raise(zepErrUnexpected); }
-bool DebugPrintOut::Usable() { Raise(zepErrUnexpected); }
-void DebugPrintOut::ReleaseContent() { object_ = nullptr; }
+std::u16string DebugPrintOut::LinkedCall() const {
+  EnsureAlive();
+  return call_;
+}
+
+ZepDPOCallType DebugPrintOut::LinkedCallType() const {
+  EnsureAlive();
+  return type_;
+}
+
+ComPtr<IDispatch> DebugPrintOut::LinkedObject() const {
+  EnsureAlive();
+  return object_;
+}
+
+void DebugPrintOut::PrintText(std::u16string_view Text) {
+  EnsureAlive();
+  const RunningDelivery running(parent());
+  const std::u16string text = InAnsiCharacters(Text);
+  switch (type_) {
+    case zepDPOCallTypeGetLet: {
+      const LinkedMember member(object_, call_);
+      return member.Let(Appended(member.Get(), text));
+    }
+    case zepDPOCallTypeLet:
+      return LinkedMember(object_, call_).Let(Variant(text));
+    case zepDPOCallTypeMethod:
+      return LinkedMember(object_, call_).Call(Variant(text));
+  }
+  Raise(ZepErrors::zepErrUnexpected);
+}
+
+bool DebugPrintOut::Usable() {
+  EnsureAlive();
+  try {
+    const RunningDelivery running(parent());
+    switch (type_) {
+      case zepDPOCallTypeGetLet: {
+        const LinkedMember member(object_, call_);
+        member.Let(member.Get());
+        return true;
+      }
+      case zepDPOCallTypeLet:
+        LinkedMember(object_, call_).Let(Variant());
+        return true;
+      case zepDPOCallTypeMethod:
+        LinkedMember(object_, call_).Call(Variant());
+        return true;
+    }
+    return false;
+  } catch (...) {
+    return false;
+  }
+}
 
 }  // namespace zepkit10

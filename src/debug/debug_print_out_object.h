@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "debug_print_out_shim.h"
 #include "enums.h"
 #include "vars/collection_object.h"
@@ -8,7 +10,8 @@ namespace zepkit10 {
 
 class DebugPrintOuts;
 
-/// A target of `DebugPrint`: a member of a client's object that takes text.
+/// A target of `DebugPrint`: a member of a client's object that takes text. The member's errors
+/// keep their number, source and description.
 class DebugPrintOut final
     : public ItemOf<Deletable<DebugPrintOut, DebugPrintOutShim>, DebugPrintOuts> {
  public:
@@ -18,11 +21,16 @@ class DebugPrintOut final
   std::u16string LinkedCall() const;
   ZepDPOCallType LinkedCallType() const;
   Microsoft::WRL::ComPtr<IDispatch> LinkedObject() const;
+
+  /// Delivers a text in the characters of the ANSI code page. `zepErrUnexpected` for an unknown
+  /// call type, error 28 where members that print call each other without end.
   void PrintText(std::u16string_view Text);
+
+  /// Whether a trial delivery succeeds now; whatever makes it fail only makes the result false.
   bool Usable();
 
   /// Lets the linked object go; called when the target is deleted.
-  void ReleaseContent();
+  void ReleaseContent() { object_ = nullptr; }
 
  private:
   Microsoft::WRL::ComPtr<IDispatch> object_;

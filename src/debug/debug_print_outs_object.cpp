@@ -4,14 +4,41 @@
 
 namespace zepkit10 {
 
-using enum ZepErrors;
-
-Ref<DebugPrintOut> DebugPrintOuts::Add(IDispatch*, std::u16string_view, ZepDPOCallType) {
-  Raise(zepErrUnexpected);
+Ref<DebugPrintOut> DebugPrintOuts::Add(IDispatch* NewOut, std::u16string_view CallString,
+                                       ZepDPOCallType CallType) {
+  EnsureAlive();
+  auto added = Make<DebugPrintOut>(NewOut, CallString, CallType);
+  added->AttachParent(this);
+  Append(added);
+  if (!added->Usable()) {
+    // The member that was tried may have deleted it already.
+    if (!added->Deleted()) added->Delete();
+    Raise(ZepErrors::zepErrBadCall);
+  }
+  return added;
 }
-bool DebugPrintOuts::Enabled() const { Raise(zepErrUnexpected); }
-void DebugPrintOuts::SetEnabled(bool) { Raise(zepErrUnexpected); }
-Ref<Library> DebugPrintOuts::Parent() const { Raise(zepErrUnexpected); }
-void DebugPrintOuts::Print(std::u16string_view) { Raise(zepErrUnexpected); }
+
+bool DebugPrintOuts::Enabled() const {
+  EnsureAlive();
+  return enabled_;
+}
+
+void DebugPrintOuts::SetEnabled(bool NewEnabled) {
+  EnsureAlive();
+  enabled_ = NewEnabled;
+}
+
+Ref<Library> DebugPrintOuts::Parent() const {
+  EnsureAlive();
+  return GetSharedLibrary();
+}
+
+void DebugPrintOuts::Print(std::u16string_view text) {
+  if (!enabled_) return;
+  const std::vector<Ref<DebugPrintOut>> targets(Items().begin(), Items().end());
+  for (const Ref<DebugPrintOut>& target : targets) {
+    if (!target->Deleted()) target->PrintText(text);
+  }
+}
 
 }  // namespace zepkit10

@@ -46,8 +46,9 @@ Ref<List> Library::CommandLine() {
 }
 
 void Library::DebugPrint(std::u16string_view Text, bool OmitCrLf) {
-  const Ref<zepkit10::DebugPrintOuts> outs = DebugPrintOuts();
-  outs->Print(indentation_.Line(Text, OmitCrLf));
+  const Indentation::Line line = indentation_.Compose(Text, OmitCrLf);
+  DebugPrintOuts()->Print(line.text);
+  indentation_.Commit(line);
 }
 
 Ref<DebugPrintOuts> Library::DebugPrintOuts() { return Once(debug_print_outs_); }
