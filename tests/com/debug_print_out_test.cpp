@@ -1,4 +1,5 @@
 #include "com/both_bindings.h"
+#include "com/german_user.h"
 #include "com/target.h"
 #include "com/zep_error.h"
 #include "debug/debug_print_out_object.h"
@@ -76,6 +77,14 @@ TEST_P(DebugPrintOutTest, GetLetAppendsToValuesThatAreNoText) {
     EXPECT_OK(Print(out, L"x"));
     EXPECT_EQ(target_.text, expected ? Value(expected) : Value(std::wstring(L"a\0bx", 4)));
   }
+}
+
+TEST_P(DebugPrintOutTest, GetLetAppendsToGermanNumbers) {
+  SKIP_UNLESS_GERMAN();
+  const Object out = Add(kGetLet);
+  target_.text = Value(-1.5);
+  EXPECT_OK(Print(out, L"x"));
+  EXPECT_EQ(target_.text, Value(L"-1,5x"));
 }
 
 TEST_P(DebugPrintOutTest, GetLetPassesOnThatAValueIsNoText) {
