@@ -31,11 +31,18 @@ std::string LineOf(std::u16string_view text) {
   return AnsiOf(TimeStamp().append(u": ").append(text).append(u"\r\n"));
 }
 
+/// Some systems let an administrator write to a file in spite of its attribute.
+bool IsReadOnly(HANDLE file) {
+  BY_HANDLE_FILE_INFORMATION information;
+  return GetFileInformationByHandle(file, &information) &&
+         (information.dwFileAttributes & FILE_ATTRIBUTE_READONLY);
+}
+
 FileHandle Open(std::u16string_view path) {
   FileHandle file = OwnFile(CreateFileW(WideText(SystemName(path)), GENERIC_WRITE, FILE_SHARE_READ,
                                         nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file) return file;
-  const DWORD error = GetLastError();
+  if (file && !IsReadOnly(file.get())) return file;
+  const DWORD error = file ? ERROR_ACCESS_DENIED : GetLastError();
   switch (RuntimeErrorOf(error)) {
     case ZepVbErrors3To98::zepVbErrFileNotFound:
     case ZepVbErrors3To98::zepVbErrPathNotFound:
