@@ -32,6 +32,24 @@ bool IsNumber(VARTYPE type) {
   return IsExact(type) || type == VT_R4 || type == VT_R8 || type == VT_DATE;
 }
 
+/// The platform's arithmetic and comparison do not take all combinations with C's integer types.
+VARTYPE Calculable(VARTYPE type) {
+  switch (type) {
+    case VT_I1:
+      return VT_I2;
+    case VT_UI2:
+    case VT_INT:
+      return VT_I4;
+    case VT_UI4:
+    case VT_UINT:
+      return VT_I8;
+    case VT_UI8:
+      return VT_DECIMAL;
+    default:
+      return type;
+  }
+}
+
 Variant Convert(const VARIANT& value, VARTYPE type) {
   Variant converted;
   const HRESULT hr = VariantChangeTypeEx(converted.Out(), const_cast<VARIANT*>(&value),
@@ -46,7 +64,9 @@ std::optional<Variant> NumberOf(const VARIANT& value) {
   const VARIANT* followed = Follow(&value);
   if (!followed || (followed->vt & VT_ARRAY)) return {};
   Variant number = CopyOf(*followed);
-  if (IsNumber(number.get().vt)) return number;
+  const VARTYPE type = number.get().vt;
+  if (IsNumber(type))
+    return Calculable(type) == type ? std::move(number) : Convert(number.get(), Calculable(type));
   const HRESULT hr = VariantChangeTypeEx(number.Out(), number.Out(), LOCALE_USER_DEFAULT, 0, VT_R8);
   if (hr == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(hr)) return {};

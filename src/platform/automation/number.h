@@ -9,9 +9,9 @@
 
 namespace zepkit10 {
 
-/// A value as a number: numbers, Empty and Booleans as they are, anything else as the Double that
-/// the platform makes of it for the user. Nothing for what is not numeric. An object is asked for
-/// its default value.
+/// A value as a number to calculate with: numbers, Empty and Booleans as they are (C's integer
+/// types as wider ones), anything else as the Double that the platform makes of it for the user.
+/// Nothing for what is not numeric. An object is asked for its default value.
 std::optional<Variant> NumberOf(const VARIANT& value);
 
 /// Compares two numbers of `NumberOf` as the platform does, but those without a floating point
