@@ -25,6 +25,11 @@ inline Value Int64(long long number) {
   value.raw().llVal = number;
   return value;
 }
+inline Value TenThousandths(long long number) {
+  Value value = Int64(number);
+  value.raw().vt = VT_CY;
+  return value;
+}
 inline Value Error(SCODE code) {
   Value value;
   value.raw().vt = VT_ERROR;
@@ -131,7 +136,7 @@ inline Values Samples(VARTYPE type) {
     } else if (type == VT_BSTR) {
       values.emplace_back(std::wstring(L"text\0", 5) + std::to_wstring(i));
     } else if (type == VT_ERROR) {
-      values.push_back(Error(DISP_E_PARAMNOTFOUND + i));
+      values.push_back(Error(E_NOTIMPL + i));
     } else if (type == VT_BOOL) {
       values.emplace_back(i % 2 == 1);
     } else if (type == VT_VARIANT) {

@@ -1,5 +1,7 @@
 #include "platform/automation/number.h"
 
+#include <cmath>
+
 #include "platform/automation/translate.h"
 
 namespace zepkit10 {
@@ -9,17 +11,10 @@ namespace {
 bool IsExact(VARTYPE type) {
   switch (type) {
     case VT_EMPTY:
-    case VT_BOOL:
-    case VT_I1:
     case VT_UI1:
     case VT_I2:
-    case VT_UI2:
     case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
     case VT_I8:
-    case VT_UI8:
     case VT_CY:
     case VT_DECIMAL:
       return true;
@@ -32,10 +27,13 @@ bool IsNumber(VARTYPE type) {
   return IsExact(type) || type == VT_R4 || type == VT_R8 || type == VT_DATE;
 }
 
+bool IsInteger(VARTYPE type) { return IsExact(type) && type != VT_CY && type != VT_DECIMAL; }
+
 /// The platform's arithmetic and comparison do not take all combinations with C's integer types.
 VARTYPE Calculable(VARTYPE type) {
   switch (type) {
     case VT_I1:
+    case VT_BOOL:
       return VT_I2;
     case VT_UI2:
     case VT_INT:
@@ -50,6 +48,8 @@ VARTYPE Calculable(VARTYPE type) {
   }
 }
 
+using Operation = HRESULT(STDMETHODCALLTYPE*)(VARIANT*, VARIANT*, VARIANT*);
+
 Variant Convert(const VARIANT& value, VARTYPE type) {
   Variant converted;
   const HRESULT hr = VariantChangeTypeEx(converted.Out(), const_cast<VARIANT*>(&value),
@@ -58,19 +58,72 @@ Variant Convert(const VARIANT& value, VARTYPE type) {
   return converted;
 }
 
+bool IsInfinite(const VARIANT& number) {
+  return (number.vt == VT_R8 && std::isinf(number.dblVal)) ||
+         (number.vt == VT_R4 && std::isinf(number.fltVal));
+}
+
+Variant Calculate(const VARIANT& left, const VARIANT& right, Operation operation) {
+  Variant result;
+  const HRESULT hr =
+      operation(const_cast<VARIANT*>(&left), const_cast<VARIANT*>(&right), result.Out());
+  if (FAILED(hr)) RaiseRefusal(hr);
+  if (IsInfinite(result.get()) && !IsInfinite(left) && !IsInfinite(right)) {
+    RaiseRefusal(DISP_E_OVERFLOW);
+  }
+  return result;
+}
+
+/// The wider type of two; Empty is the narrowest.
+VARTYPE WiderInteger(VARTYPE left, VARTYPE right) {
+  if (left == VT_EMPTY && right == VT_EMPTY) return VT_I2;
+  for (const VARTYPE type : {VT_I8, VT_I4, VT_I2}) {
+    if (left == type || right == type) return type;
+  }
+  return VT_UI1;
+}
+
+/// Not every platform's `VarSub` notices that a difference does not fit.
+Variant SubtractIntegers(const VARIANT& left, const VARIANT& right) {
+  const Variant wide_left = Convert(left, VT_I8), wide_right = Convert(right, VT_I8);
+  Variant difference;
+  VARIANT& result = *difference.Out();
+  if (__builtin_sub_overflow(wide_left.get().llVal, wide_right.get().llVal, &result.llVal)) {
+    return Calculate(Convert(left, VT_R8).get(), Convert(right, VT_R8).get(), VarSub);
+  }
+  result.vt = VT_I8;
+  const VARTYPE narrowest = WiderInteger(left.vt, right.vt);
+  if (narrowest == VT_I8) return difference;
+  for (const VARTYPE type : {VT_UI1, VT_I2, VT_I4}) {
+    Variant fitting;
+    if (WiderInteger(type, narrowest) == type &&
+        SUCCEEDED(VariantChangeType(fitting.Out(), &result, 0, type))) {
+      return fitting;
+    }
+  }
+  return Convert(result, VT_R8);
+}
+
 }  // namespace
 
 std::optional<Variant> NumberOf(const VARIANT& value) {
   const VARIANT* followed = Follow(&value);
   if (!followed || (followed->vt & VT_ARRAY)) return {};
   Variant number = CopyOf(*followed);
-  const VARTYPE type = number.get().vt;
-  if (IsNumber(type))
-    return Calculable(type) == type ? std::move(number) : Convert(number.get(), Calculable(type));
+  const VARTYPE type = Calculable(number.get().vt);
+  if (type != number.get().vt) return Convert(number.get(), type);
+  if (IsNumber(type)) return number;
   const HRESULT hr = VariantChangeTypeEx(number.Out(), number.Out(), LOCALE_USER_DEFAULT, 0, VT_R8);
   if (hr == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(hr)) return {};
   return number;
+}
+
+Variant Add(const VARIANT& left, const VARIANT& right) { return Calculate(left, right, VarAdd); }
+
+Variant Subtract(const VARIANT& left, const VARIANT& right) {
+  return IsInteger(left.vt) && IsInteger(right.vt) ? SubtractIntegers(left, right)
+                                                   : Calculate(left, right, VarSub);
 }
 
 int CompareNumbers(const VARIANT& left, const VARIANT& right) {
