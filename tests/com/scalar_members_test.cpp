@@ -73,6 +73,15 @@ TEST_P(ScalarMembersTest, ResultsWidenAsThePlatformDoes) {
   EXPECT_EQ(Decr(Int64(5), As(VT_UI1, 1)), Int64(4));
   EXPECT_EQ(Decr(Int64(-9223372036854775807), 2), -9223372036854775808.0);
   EXPECT_EQ(Decr(Value(), Value()), short{0});
+  EXPECT_EQ(Incr(Int64(9223372036854775807)), 9223372036854775808.0);
+  EXPECT_EQ(Incr(2147483647, Int64(1)), Int64(2147483648));
+  EXPECT_EQ(Incr(Value(), Value()), short{0});
+  EXPECT_EQ(Incr(Value(), As(VT_UI1, 1)), As(VT_UI1, 1));
+  EXPECT_EQ(Incr(3e38f, 3e38f), 2.0 * 3e38f);
+  EXPECT_EQ(Incr(As(VT_CY, 1), Decimal(L"0.5")), Decimal(L"1.5"));
+  EXPECT_EQ(Incr(Int64(5), Decimal(L"0.5")), Decimal(L"5.5"));
+  EXPECT_EQ(Decr(Int64(5), Decimal(L"0.5")), Decimal(L"4.5"));
+  EXPECT_EQ(Decr(As(VT_DATE, 100), As(VT_DATE, 40)), 60.0);
   EXPECT_EQ(Decr(Value(), As(VT_UI1, 1)), short{-1});
   EXPECT_EQ(Incr(short{1}, 1), 2);
   EXPECT_EQ(Incr(1, 1.5), 2.5);

@@ -1,6 +1,7 @@
 #include "platform/automation/number.h"
 
 #include <cmath>
+#include <limits>
 
 #include "platform/automation/translate.h"
 
@@ -63,7 +64,7 @@ bool IsInfinite(const VARIANT& number) {
          (number.vt == VT_R4 && std::isinf(number.fltVal));
 }
 
-Variant Calculate(const VARIANT& left, const VARIANT& right, Operation operation) {
+Variant CalculateByPlatform(const VARIANT& left, const VARIANT& right, Operation operation) {
   Variant result;
   const HRESULT hr =
       operation(const_cast<VARIANT*>(&left), const_cast<VARIANT*>(&right), result.Out());
@@ -83,25 +84,32 @@ VARTYPE WiderInteger(VARTYPE left, VARTYPE right) {
   return VT_UI1;
 }
 
-/// Not every platform's `VarSub` notices that a difference does not fit.
-Variant SubtractIntegers(const VARIANT& left, const VARIANT& right) {
-  const Variant wide_left = Convert(left, VT_I8), wide_right = Convert(right, VT_I8);
-  Variant difference;
-  VARIANT& result = *difference.Out();
-  if (__builtin_sub_overflow(wide_left.get().llVal, wide_right.get().llVal, &result.llVal)) {
-    return Calculate(Convert(left, VT_R8).get(), Convert(right, VT_R8).get(), VarSub);
+/// The narrowest type from the operands' on that an integer fits, Double at last.
+VARTYPE TypeOfResult(long long number, VARTYPE operands) {
+  using Long = std::numeric_limits<LONG>;
+  using Integer = std::numeric_limits<SHORT>;
+  if (operands == VT_I8) return VT_I8;
+  if (number < Long::min() || number > Long::max()) return VT_R8;
+  if (operands == VT_I4 || number < Integer::min() || number > Integer::max()) return VT_I4;
+  return operands == VT_I2 || number < 0 || number > 255 ? VT_I2 : VT_UI1;
+}
+
+/// Not every platform's `VarAdd` and `VarSub` notice that a result does not fit.
+Variant CalculateIntegers(const VARIANT& left, const VARIANT& right, Operation operation) {
+  const long long a = Convert(left, VT_I8).get().llVal, b = Convert(right, VT_I8).get().llVal;
+  Variant result;
+  result.Out()->vt = VT_I8;
+  long long& exact = result.Out()->llVal;
+  if (operation == VarAdd ? __builtin_add_overflow(a, b, &exact)
+                          : __builtin_sub_overflow(a, b, &exact)) {
+    return CalculateByPlatform(Convert(left, VT_R8).get(), Convert(right, VT_R8).get(), operation);
   }
-  result.vt = VT_I8;
-  const VARTYPE narrowest = WiderInteger(left.vt, right.vt);
-  if (narrowest == VT_I8) return difference;
-  for (const VARTYPE type : {VT_UI1, VT_I2, VT_I4}) {
-    Variant fitting;
-    if (WiderInteger(type, narrowest) == type &&
-        SUCCEEDED(VariantChangeType(fitting.Out(), &result, 0, type))) {
-      return fitting;
-    }
-  }
-  return Convert(result, VT_R8);
+  return Convert(result.get(), TypeOfResult(exact, WiderInteger(left.vt, right.vt)));
+}
+
+Variant Calculate(const VARIANT& left, const VARIANT& right, Operation operation) {
+  return IsInteger(left.vt) && IsInteger(right.vt) ? CalculateIntegers(left, right, operation)
+                                                   : CalculateByPlatform(left, right, operation);
 }
 
 }  // namespace
@@ -122,8 +130,7 @@ std::optional<Variant> NumberOf(const VARIANT& value) {
 Variant Add(const VARIANT& left, const VARIANT& right) { return Calculate(left, right, VarAdd); }
 
 Variant Subtract(const VARIANT& left, const VARIANT& right) {
-  return IsInteger(left.vt) && IsInteger(right.vt) ? SubtractIntegers(left, right)
-                                                   : Calculate(left, right, VarSub);
+  return Calculate(left, right, VarSub);
 }
 
 int CompareNumbers(const VARIANT& left, const VARIANT& right) {
