@@ -27,12 +27,30 @@ ComPtr<IRecordInfo> RecordOf(SAFEARRAY* array) {
   return record;
 }
 
-/// A mismatched element size would make us read beyond the client's memory.
-const ArrayArgument& Checked(const ArrayArgument& argument) {
-  if (IsEmpty(argument.array) || argument.type == VT_RECORD) return argument;
-  if (argument.array->cbElements != SizeOfValue(argument.type)) {
-    RaiseRuntimeError(zepVbErrTypeMismatch);
+/// What an array says of itself where its elements own something.
+USHORT FeaturesOf(VARTYPE type) {
+  switch (type) {
+    case VT_BSTR:
+      return FADF_BSTR;
+    case VT_VARIANT:
+      return FADF_VARIANT;
+    case VT_RECORD:
+      return FADF_RECORD;
+    default:
+      return FADF_DISPATCH | FADF_UNKNOWN;
   }
+}
+
+/// An array of another type than its value says would make us read beyond the client's memory, or
+/// follow numbers as pointers.
+const ArrayArgument& Checked(const ArrayArgument& argument) {
+  if (IsEmpty(argument.array)) return argument;
+  const SAFEARRAY& array = *argument.array;
+  const bool size_fits =
+      argument.type == VT_RECORD || array.cbElements == SizeOfValue(argument.type);
+  const bool kind_fits =
+      IsPlain(argument.type) || (array.fFeatures & FeaturesOf(argument.type)) != 0;
+  if (!size_fits || !kind_fits) RaiseRuntimeError(zepVbErrTypeMismatch);
   return argument;
 }
 

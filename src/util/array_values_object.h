@@ -36,7 +36,8 @@ bool IsEmpty(const SAFEARRAY* array) noexcept;
 void CheckUpperBound(std::int64_t bound);
 
 /// The elements of a client's array, locked while this lives. More than one dimension raises
-/// `zepErrBadCall`, elements that no automation value can hold raise error 13.
+/// `zepErrBadCall`; elements that no automation value can hold, or that are of another type than
+/// the value says, raise error 13.
 class ArrayElements {
  public:
   explicit ArrayElements(const ArrayArgument& argument);

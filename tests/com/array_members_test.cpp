@@ -1,4 +1,6 @@
 // The members of both roots that cut, rebase and flatten arrays.
+#include <utility>
+
 #include "com/both_roots.h"
 #include "com/foreign.h"
 #include "com/value_array.h"
@@ -104,6 +106,24 @@ TEST_P(ArrayMembersTest, OnlyArraysOfOneDimensionAreCopied) {
   }
   ExpectUnallocated(root_.Call(L"CutArray", {value_array::Grid(2), 1, 0}), VT_I4);
   ExpectUnallocated(root_.Call(L"TransformArray", {value_array::Grid(0), 1}), VT_I4);
+}
+
+TEST_P(ArrayMembersTest, AnArrayOfAnotherTypeThanItsValueSaysIsRefused) {
+  const std::pair<VARTYPE, VARTYPE> lies[] = {{VT_I2, VT_I4},         {VT_UI1, VT_R8},
+                                              {VT_I8, VT_BSTR},       {VT_I8, VT_DISPATCH},
+                                              {VT_BSTR, VT_UNKNOWN},  {VT_DECIMAL, VT_VARIANT},
+                                              {VT_VARIANT, VT_EMPTY}, {VT_VARIANT, VT_RECORD}};
+  for (const auto& [type, claimed] : lies) {
+    Value source = Make(type, 0, Samples(type));
+    source.raw().vt = static_cast<VARTYPE>(VT_ARRAY | claimed);
+    for (const client::Outcome& outcome : {root_.Call(L"CutArray", {source.Reference(), 1, 2}),
+                                           root_.Call(L"TransformArray", {source.Reference(), 1}),
+                                           root_.Call(L"TransformPArray", {source.Reference()})}) {
+      EXPECT_ERROR(outcome, 13, Source(), L"Type mismatch");
+    }
+    EXPECT_EQ(0u, source.raw().parray->cLocks);
+    source.raw().vt = static_cast<VARTYPE>(VT_ARRAY | type);
+  }
 }
 
 TEST_P(ArrayMembersTest, LockedAndFixedSourcesAreReadOnly) {
