@@ -141,6 +141,16 @@ TEST_P(ArrayBoundsTest, TheFallbackMayBeOmittedOrGivenByValue) {
   EXPECT_EQ(root_.Call(L"ZepUBound", {5, L"78"}), 78);
 }
 
+TEST_P(ArrayBoundsTest, ANullFallbackIsTheDefault) {
+  Microsoft::WRL::ComPtr<_Global> global;
+  if (FAILED(root_.get()->QueryInterface(IID_PPV_ARGS(&global)))) return;  // by value in Library
+  LONG bound = 77;
+  EXPECT_EQ(S_OK, global->ZepLBound(Value(5).raw(), nullptr, &bound));
+  EXPECT_EQ(0, bound);
+  EXPECT_EQ(S_OK, global->ZepUBound(Value(5).raw(), nullptr, &bound));
+  EXPECT_EQ(-1, bound);
+}
+
 TEST_P(ArrayBoundsTest, TheFallbackStaysAsItIs) {
   LONG fallback = 12;
   VARIANT reference;

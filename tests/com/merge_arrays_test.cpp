@@ -148,6 +148,14 @@ TEST_P(MergeArraysTest, WhatCannotBeConvertedIsRefused) {
   EXPECT_ERROR(Merge(Unallocated(VT_I2), Make(VT_I4, 0, {70000}), 0), 6, Source(), L"Overflow");
 }
 
+TEST_P(MergeArraysTest, AFailureInTheMiddleLeavesNoLock) {
+  Value first = Make(VT_I4, 0, {1}), second = Variants(0, {L"2", L"x", L"3"});
+  EXPECT_ERROR(Merge(first.Reference(), second.Reference(), 0), 13, Source(), L"Type mismatch");
+  EXPECT_EQ(0u, first.raw().parray->cLocks);
+  EXPECT_EQ(0u, second.raw().parray->cLocks);
+  EXPECT_EQ(Values({L"2", L"x", L"3"}), value_array::Read(second));
+}
+
 TEST_P(MergeArraysTest, TheUpperBoundMayOverflow) {
   const Value two = Make(VT_I4, 0, {1, 2});
   Expect(Merge(two, two, 2147483644), VT_I4, kLast - 3, {1, 2, 1, 2});

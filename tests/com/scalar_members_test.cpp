@@ -240,6 +240,38 @@ TEST_P(ScalarMembersTest, ABeepThatFailsIsABadCall) {
   EXPECT_ROOT_ERROR(root_.Call(L"MessageBeep", {zepMsgTypeHand}), zepErrBadCall);
 }
 
+/// Members that take something by reference, called without it; the results stay empty.
+template <class Root>
+void ExpectNullsRefused(Root& root) {
+  Value number = 5, result;
+  LONG count = 7;
+  BSTR text = nullptr;
+  VARIANT* const none = nullptr;
+  EXPECT_EQ(E_POINTER, root.Incr(none, Value(1).raw(), &result.raw()));
+  EXPECT_EQ(E_POINTER, root.Decr(none, Value(1).raw(), &result.raw()));
+  EXPECT_EQ(E_POINTER, root.Max(nullptr, &result.raw()));
+  EXPECT_EQ(E_POINTER, root.Min(nullptr, &result.raw()));
+  EXPECT_EQ(E_POINTER, root.SwapVars(none, &number.raw()));
+  EXPECT_EQ(E_POINTER, root.SwapVars(&number.raw(), none));
+  EXPECT_EQ(E_POINTER, root.ByteArrayToString(nullptr, zepSTAnsi, &text));
+  EXPECT_EQ(E_POINTER, root.GetFiles(nullptr, nullptr, nullptr, VARIANT_FALSE, &count));
+  EXPECT_EQ(number, Value(5));
+  EXPECT_EQ(result, Value());
+  EXPECT_EQ(0, count);
+  EXPECT_EQ(nullptr, text);
+}
+
+TEST_P(ScalarMembersTest, NullReferencesAreRefused) {
+  Microsoft::WRL::ComPtr<_Global> global;
+  Microsoft::WRL::ComPtr<_Library> library;
+  if (SUCCEEDED(root_.get()->QueryInterface(IID_PPV_ARGS(&global)))) {
+    ExpectNullsRefused(*global.Get());
+  } else {
+    ASSERT_EQ(S_OK, root_.get()->QueryInterface(IID_PPV_ARGS(&library)));
+    ExpectNullsRefused(*library.Get());
+  }
+}
+
 TEST_P(ScalarMembersTest, GermanTextsReadAsGermanNumbers) {
   SKIP_UNLESS_GERMAN();
   EXPECT_EQ(Incr(L"1,5"), 2.5);

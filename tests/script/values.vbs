@@ -32,6 +32,7 @@ Check "SwapVars of objects", x.Value & " " & y.Value, "2 1"
 Check "FinalizeString", zepkit.FinalizeString("C:\dir", "\"), "C:\dir\"
 Check "FinalizeString of what ends so", zepkit.FinalizeString("C:\dir\", "\"), "C:\dir\"
 first = CLng(zepkit.NewTag)
+Check "the first tag", first, 0
 Check "NewTag", zepkit.NewTag, CStr(first + 1)
 
 ' Bytes are an array that scripts cannot index; TransformPArray makes one of Variants.
