@@ -45,6 +45,22 @@ Slice Clamp(const Slice& slice, std::int32_t count) {
   return {start, std::min(slice.length, count - start + 1)};
 }
 
+Edit InParent(const Edit& edit, const Slice& slice) {
+  return {slice.start - 1 + edit.start, edit.old_length, edit.new_length};
+}
+
+Edit InView(const Edit& edit, const Slice& before, const Slice& after) {
+  if (before.start != after.start) return {1, before.length, after.length};
+  const bool moves = edit.old_length != edit.new_length || before.length != after.length;
+  const std::int32_t kept = std::min(
+      {std::max(edit.start - before.start, 0), before.length, after.length});  // in front of it
+  if (moves) return {kept + 1, before.length - kept, after.length - kept};
+  const std::int64_t end = std::min<std::int64_t>(
+      std::int64_t{edit.start} - before.start + edit.new_length, after.length);
+  const std::int32_t length = std::max(static_cast<std::int32_t>(end) - kept, 0);
+  return {kept + 1, length, length};
+}
+
 void Replace(Bytes& data, const Slice& slice, std::span<const std::uint8_t> bytes) {
   const auto begin = data.begin() + (slice.start - 1);
   const auto old_length = static_cast<std::size_t>(slice.length);

@@ -29,6 +29,23 @@ Slice ToBytes(const Slice& characters, ZepStringType type);
 /// What is left of a slice of a buffer that has `count` bytes now.
 Slice Clamp(const Slice& slice, std::int32_t count);
 
+/// A change of a buffer's bytes: from position `start` on, `old_length` bytes became `new_length`
+/// others, and what stands behind them moved by the difference.
+struct Edit {
+  std::int32_t start;
+  std::int32_t old_length;
+  std::int32_t new_length;
+
+  friend bool operator==(const Edit&, const Edit&) = default;
+};
+
+/// What an edit of a view is to its parent, of which the view shows a slice.
+Edit InParent(const Edit& edit, const Slice& slice);
+
+/// What an edit of a parent is to a view: the view showed the slice `before` of the bytes before
+/// the edit and shows the slice `after` of those behind it.
+Edit InView(const Edit& edit, const Slice& before, const Slice& after);
+
 /// Puts bytes in the place of a slice within the data, which grows or shrinks by the difference.
 void Replace(Bytes& data, const Slice& slice, std::span<const std::uint8_t> bytes);
 

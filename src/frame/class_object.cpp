@@ -1,5 +1,6 @@
 #include "frame/class_object.h"
 
+#include "buffer/zep_variant_object.h"
 #include "expr/expression_object.h"
 #include "frame/counter_object.h"
 #include "frame/global_object.h"
@@ -22,6 +23,7 @@ ClassObject class_objects[] = {
     {kCounterClass, Create<Counter>},   {kExpressionClass, Create<Expression>},
     {kGlobalClass, Create<Global>},     {kListClass, Create<List>},
     {kMessagesClass, Create<Messages>},
+    {kZepVariantClass, Create<ZepVariant>},
 };
 
 }  // namespace

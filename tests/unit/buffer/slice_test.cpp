@@ -115,5 +115,52 @@ TEST(SliceTest, ReplacesAsTheNaiveWay) {
   }
 }
 
+TEST(EditTest, OfAViewInItsParent) {
+  EXPECT_EQ(InParent({2, 3, 4}, {10, 20}), (Edit{11, 3, 4}));
+  EXPECT_EQ(InParent({1, 0, 1}, {1, 0}), (Edit{1, 0, 1}));
+}
+
+TEST(EditTest, OfAParentInAView) {
+  const Slice view{10, 5};
+  EXPECT_EQ(InView({12, 2, 2}, view, view), (Edit{3, 2, 2})) << "within";
+  EXPECT_EQ(InView({8, 4, 4}, view, view), (Edit{1, 2, 2})) << "across the start";
+  EXPECT_EQ(InView({13, 9, 9}, view, view), (Edit{4, 2, 2})) << "across the end";
+  EXPECT_EQ(InView({1, 3, 3}, view, view), (Edit{1, 0, 0})) << "in front";
+  EXPECT_EQ(InView({15, 3, 3}, view, view), (Edit{6, 0, 0})) << "behind";
+  EXPECT_EQ(InView({30, 0, 7}, view, view), (Edit{6, 0, 0})) << "appended";
+  EXPECT_EQ(InView({12, 0, 1}, view, view), (Edit{3, 3, 3})) << "what follows moves";
+  EXPECT_EQ(InView({11, 4, 0}, view, {10, 1}), (Edit{2, 4, 0})) << "cut";
+  EXPECT_EQ(InView({1, 20, 3}, view, {3, 1}), (Edit{1, 5, 1})) << "the start moved";
+}
+
+// A view that takes over only what InView tells shows the same as one that takes over all.
+TEST(EditTest, TellsAViewAllThatChanges) {
+  std::mt19937 random(11);
+  const auto any = [&](std::size_t count) {
+    return static_cast<std::int32_t>(random() % (count + 1));
+  };
+  for (int run = 0; run < 20000; ++run) {
+    Bytes parent(random() % 10);
+    for (auto& byte : parent) byte = static_cast<std::uint8_t>(random());
+    const std::int32_t start = any(parent.size()) + 1;
+    const Slice before{start, any(parent.size() - static_cast<std::size_t>(start) + 1)};
+    Bytes view(parent.begin() + start - 1, parent.begin() + start - 1 + before.length);
+
+    Bytes bytes(random() % 4);
+    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random());
+    const std::int32_t place = any(parent.size()) + 1;
+    const Slice replaced{place, any(parent.size() - static_cast<std::size_t>(place) + 1)};
+    Replace(parent, replaced, bytes);
+    const Edit edit{place, replaced.length, static_cast<std::int32_t>(bytes.size())};
+
+    const Slice after = Clamp(before, static_cast<std::int32_t>(parent.size()));
+    const Edit seen = InView(edit, before, after);
+    const auto first = parent.begin() + after.start - 1 + seen.start - 1;
+    Replace(view, {seen.start, seen.old_length}, Bytes(first, first + seen.new_length));
+    const auto shown = parent.begin() + after.start - 1;
+    ASSERT_EQ(view, Bytes(shown, shown + after.length)) << "run " << run;
+  }
+}
+
 }  // namespace
 }  // namespace zepkit10
