@@ -6,18 +6,39 @@ namespace zepkit10 {
 
 using enum ZepErrors;
 
-Message::Message() = default;
+Message::Message(Ref<Messages> parent, std::shared_ptr<const MessageRecord> record)
+    : index_(record->index), parent_(std::move(parent)), record_(std::move(record)) {}
 
 Message::~Message() = default;
 
-void Message::Delete() { Raise(zepErrUnexpected); }
-bool Message::Deleted() const { Raise(zepErrUnexpected); }
-Variant Message::Destination() const { Raise(zepErrUnexpected); }
-std::int32_t Message::Index() const { Raise(zepErrUnexpected); }
-Variant Message::MessageProperty() const { Raise(zepErrUnexpected); }
-SafeArray Message::Parameters() const { Raise(zepErrUnexpected); }
-Ref<Messages> Message::Parent() const { Raise(zepErrUnexpected); }
-Variant Message::Source() const { Raise(zepErrUnexpected); }
-DATE Message::Time() const { Raise(zepErrUnexpected); }
+void Message::Delete() {
+  Live();
+  // Released last: what the message held may run code that looks at the board and at this object.
+  const auto record = std::exchange(record_, nullptr);
+  const auto parent = std::exchange(parent_, nullptr);
+  parent->Remove(index_, true);
+}
+
+bool Message::Deleted() const { return !parent_ || !parent_->Exists(index_); }
+
+Variant Message::Destination() const { return CopyOf(Live()->destination.get()); }
+
+Variant Message::MessageProperty() const { return CopyOf(Live()->message.get()); }
+
+SafeArray Message::Parameters() const { return CopyOfParameters(Live()->parameters.get()); }
+
+Ref<Messages> Message::Parent() const {
+  Live();
+  return parent_;
+}
+
+Variant Message::Source() const { return CopyOf(Live()->source.get()); }
+
+DATE Message::Time() const { return Live()->time; }
+
+std::shared_ptr<const MessageRecord> Message::Live() const {
+  if (Deleted()) Raise(zepError);
+  return record_;
+}
 
 }  // namespace zepkit10
