@@ -20,7 +20,10 @@ std::string Convert(std::u16string_view text, DWORD flags) {
 
 std::string AnsiOf(std::u16string_view text) { return Convert(text, 0); }
 
-std::string AnsiNameOf(std::u16string_view name) { return Convert(name, WC_NO_BEST_FIT_CHARS); }
+std::string AnsiNameOf(std::u16string_view name) {
+  // UTF-8 as ANSI code page lacks nothing and takes no flags.
+  return Convert(name, GetACP() == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS);
+}
 
 std::u16string TextOfAnsi(std::string_view ansi) {
   const int count = static_cast<int>(ansi.size());

@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kShortPath = MAX_PATH - 12 - 1;
 constexpr char16_t kNoName[] = u"|";
 
-bool HasNul(std::u16string_view text) { return text.find(u'\0') != text.npos; }
+bool HasNul(std::u16string_view text) { return text.find(u'\0') != std::u16string_view::npos; }
 
 bool IsVerbatim(std::u16string_view path) {
   return path.starts_with(u"\\\\?\\") || path.starts_with(u"\\\\.\\");

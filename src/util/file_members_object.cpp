@@ -91,7 +91,7 @@ bool FileMembers::IsValidFile(std::u16string_view Path) { return IsFile(Path); }
 bool FileMembers::MakeDir(std::u16string_view Path) {
   if (Path.empty()) return false;
   const std::u16string path = DirectoryName(Path);
-  for (std::size_t end = path.find(u'\\', RootLength(path)); end != path.npos;
+  for (std::size_t end = path.find(u'\\', RootLength(path)); end != std::u16string::npos;
        end = path.find(u'\\', end + 1)) {
     const auto prefix = std::u16string_view(path).substr(0, end);
     if (!IsDirectory(prefix) && !MakeDirectory(prefix)) return false;

@@ -34,8 +34,8 @@ class BothRoots : public component::Test,
       Roots, Fixture,                                                                          \
       testing::Combine(testing::Values(L"Global", L"Library"),                                 \
                        testing::Values(client::Binding::kVtable, client::Binding::kDispatch)), \
-      [](const testing::TestParamInfo<Fixture::ParamType>& info) {                             \
-        const std::wstring_view root = std::get<0>(info.param);                                \
+      [](const testing::TestParamInfo<Fixture::ParamType>& tested) {                           \
+        const std::wstring_view root = std::get<0>(tested.param);                              \
         return std::string(root.begin(), root.end()) +                                         \
-               testing::PrintToString(std::get<1>(info.param));                                \
+               testing::PrintToString(std::get<1>(tested.param));                              \
       })

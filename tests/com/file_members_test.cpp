@@ -168,9 +168,11 @@ TEST_P(FileMembersTest, TakeLongPathsAndAnyName) {
 }
 
 TEST_P(FileMembersTest, MakeDirGoesDeep) {
-  if (root_.binding() == client::Binding::kVtable) return;  // one binding will do
+  // This takes its time, and one way to call it will do.
+  if (root_.binding() == client::Binding::kVtable) return;
+  if (RootName() != std::wstring_view(L"Global")) return;
   std::wstring path = folder_.path();
-  for (int i = 0; i < 150; ++i) path += L"deep\\";
+  for (int i = 0; i < 300; ++i) path += L"deep\\";
   EXPECT_EQ(Make(path), true);
   EXPECT_EQ(IsDir(path), true);
 }

@@ -1,11 +1,18 @@
 // LogFile and LogText.
+#include <windows.h>
 #include <oleauto.h>
 
 #include "com/both_roots.h"
+#include "com/import_hook.h"
 #include "com/temporary_folder.h"
+
+DECLARE_IMPORT(CreateFileW, 28);
+DECLARE_IMPORT(WriteFile, 20);
 
 namespace {
 
+using OpenHook = ImportHook<&__imp_CreateFileW>;
+using WriteHook = ImportHook<&__imp_WriteFile>;
 using client::Outcome;
 using client::Value;
 
@@ -195,6 +202,66 @@ TEST_P(LogFileTest, AFullDiskIsReported) {
   CloseHandle(device);
   Use(L"Z:\\dev\\full");
   ExpectRuntimeError(Log(L"text"), 61, L"Disk full");
+}
+
+/// What the system says where a file cannot be opened.
+DWORD open_error = 0;
+
+HANDLE WINAPI FailToOpen(LPCWSTR, DWORD, DWORD, SECURITY_ATTRIBUTES*, DWORD, DWORD, HANDLE) {
+  SetLastError(open_error);
+  return INVALID_HANDLE_VALUE;
+}
+
+TEST_P(LogFileTest, EveryErrorOfTheSystemHasItsNumber) {
+  if (!component::IsLinked()) return;
+  Use(log_);
+  const OpenHook hook(FailToOpen);
+  for (const DWORD missing : {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_BAD_NETPATH}) {
+    open_error = missing;
+    EXPECT_ROOT_ERROR(Log(L"text"), zepErrBadCallContext);
+  }
+  const auto expect = [&](DWORD error, long number, const wchar_t* text) {
+    open_error = error;
+    ExpectRuntimeError(Log(L"text"), number, text);
+  };
+  expect(ERROR_NOT_ENOUGH_MEMORY, 7, L"Out of memory");
+  expect(ERROR_INVALID_NAME, 52, L"Bad file name or number");
+  expect(ERROR_OPEN_FILES, 55, L"File already open");
+  expect(ERROR_IO_DEVICE, 57, L"Device I/O error");
+  expect(ERROR_DISK_FULL, 61, L"Disk full");
+  expect(ERROR_TOO_MANY_OPEN_FILES, 67, L"Too many files");
+  expect(ERROR_DEV_NOT_EXIST, 68, L"Device unavailable");
+  expect(ERROR_SHARING_VIOLATION, 70, L"Permission denied");
+  expect(ERROR_WRITE_PROTECT, 70, L"Permission denied");
+  expect(ERROR_NOT_READY, 71, L"Disk not ready");
+  expect(ERROR_ACCESS_DENIED, 75, L"Path/File access error");
+}
+
+/// Writes half of it, and says so or fails.
+template <DWORD error>
+BOOL WINAPI WriteHalf(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED*) {
+  WriteHook::kSystem(file, bytes, count / 2, written, nullptr);
+  SetLastError(error);
+  return error == ERROR_SUCCESS;
+}
+
+TEST_P(LogFileTest, NothingIsHalfWritten) {
+  if (!component::IsLinked()) return;
+  folder_.File(L"a.log", "old\r\n");
+  Use(log_);
+  for (const wchar_t* text : {L"text", L""}) {
+    {
+      const WriteHook hook(WriteHalf<ERROR_SUCCESS>);
+      ExpectRuntimeError(Log(text), 61, L"Disk full");
+    }
+    {
+      const WriteHook hook(WriteHalf<ERROR_WRITE_FAULT>);
+      ExpectRuntimeError(Log(text), 57, L"Device I/O error");
+    }
+  }
+  EXPECT_EQ(folder_.Read(L"a.log"), "old\r\n");
+  EXPECT_OK(Log(L""));
+  EXPECT_EQ(folder_.Read(L"a.log"), "old\r\n\r\n");
 }
 
 RUN_WITH_BOTH_ROOTS(LogFileTest);

@@ -1,6 +1,6 @@
 ' The message board from a script.
 Option Explicit
-Dim zepkit, board, message, taken, order, held
+Dim zepkit, board, message, taken, order, held, parameters
 Set zepkit = CreateObject("Zepkit10.Global")
 Set board = CreateObject("Zepkit10.Messages")
 Check "nothing posted yet", board.LastIndex, -1
@@ -13,7 +13,8 @@ Check "by posting index", board(0).Message, "hello"
 Check "by position", board.Item(1, False).Source, "A"
 Check "the first", board.First.Destination, "B"
 Check "the last", board.Last.Index, 2
-Check "parameters", board.Last.Parameters()(1), 2
+parameters = board.Last.Parameters
+Check "parameters", parameters(1), 2
 Check "today", Int(board.Last.Time), Date
 Check "no destination", IsNull(board.Item(1).Destination), True
 order = ""

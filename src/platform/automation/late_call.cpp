@@ -1,5 +1,6 @@
 #include "platform/automation/late_call.h"
 
+#include <dispex.h>
 #include <wrl/client.h>
 
 #include "frame/errors.h"
@@ -28,6 +29,30 @@ struct Exception {
   const HRESULT failed = info.scode != 0 ? info.scode : ToHresult(info.wCode);
   throw Failure{FromHresult(failed), std::u16string(ViewOf(info.bstrSource)),
                 std::u16string(ViewOf(info.bstrDescription))};
+}
+
+/// The interface that script engines call each other's objects through; null where there is none.
+/// Objects of a script may implement it in full and IDispatch in part.
+ComPtr<IDispatchEx> ExtendedOf(IDispatch& object) {
+  ComPtr<IDispatchEx> extended;
+  object.QueryInterface(IID_PPV_ARGS(&extended));
+  return extended;
+}
+
+HRESULT FindExtended(IDispatch& object, std::u16string_view name, DISPID* found) {
+  const ComPtr<IDispatchEx> extended = ExtendedOf(object);
+  if (!extended) return E_NOTIMPL;
+  const Variant text(name);
+  return extended->GetDispID(text.get().bstrVal, fdexNameCaseInsensitive, found);
+}
+
+HRESULT Invoke(IDispatch& object, DISPID member, WORD flags, LCID locale, DISPPARAMS& parameters,
+               VARIANT* result, EXCEPINFO& exception) {
+  if (const ComPtr<IDispatchEx> extended = ExtendedOf(object)) {
+    return extended->InvokeEx(member, locale, flags, &parameters, result, &exception, nullptr);
+  }
+  UINT argument = 0;
+  return object.Invoke(member, IID_NULL, locale, flags, &parameters, result, &exception, &argument);
 }
 
 ComPtr<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
@@ -83,7 +108,8 @@ DISPID FindMember(IDispatch& object, std::u16string_view name, LCID locale) {
   const std::u16string terminated(name);
   wchar_t* text = MutableText(terminated);
   DISPID found = DISPID_UNKNOWN;
-  const HRESULT hr = object.GetIDsOfNames(IID_NULL, &text, 1, locale, &found);
+  HRESULT hr = object.GetIDsOfNames(IID_NULL, &text, 1, locale, &found);
+  if (hr == E_NOTIMPL) hr = FindExtended(object, name, &found);
   if (FAILED(hr)) RaiseRefusal(hr);
   return found;
 }
@@ -98,9 +124,8 @@ Variant CallMember(IDispatch& object, DISPID member, WORD flags, LCID locale,
                         static_cast<UINT>(reversed.size()), assigns ? 1u : 0u};
   Variant result;
   Exception exception;
-  UINT argument = 0;
-  const HRESULT hr = object.Invoke(member, IID_NULL, locale, flags, &parameters,
-                                   assigns ? nullptr : result.Out(), &exception.info, &argument);
+  const HRESULT hr = Invoke(object, member, flags, locale, parameters,
+                            assigns ? nullptr : result.Out(), exception.info);
   if (hr == DISP_E_EXCEPTION) RaiseException(exception.info);
   if (FAILED(hr)) RaiseRefusal(hr);
   return result;

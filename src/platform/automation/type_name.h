@@ -7,9 +7,10 @@
 
 namespace zepkit10 {
 
-/// The name that hosts show for a value's type: "Integer", "Long", "String", "Empty", "Nothing" …,
-/// of an object the name of its class or "Object", of an array its elements' name and "()". Of
-/// what comes by reference it is the type behind. Asking an object for its class runs its code.
+/// The name of a value's type as hosts show it: "Integer", "Long", "String" …, the element's name
+/// with "()" for an array. An object gives the name of its class, or "Object" where it does not
+/// tell; no object at all is "Nothing". What comes by reference counts as the value it refers to,
+/// and as "Empty" where it refers to nothing. Foreign objects are asked and may call back.
 std::u16string TypeNameOf(const VARIANT& value);
 
 }  // namespace zepkit10

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <windows.h>
+#include <oaidl.h>
+
+#include <optional>
+
+#include "platform/automation/variant.h"
+
+namespace zepkit10 {
+
+/// A value as a number: numbers, Empty and Booleans as they are, anything else as the Double that
+/// the platform makes of it for the user. Nothing for what is not numeric. An object is asked for
+/// its default value.
+std::optional<Variant> NumberOf(const VARIANT& value);
+
+/// Compares two numbers of `NumberOf` as the platform does, but those without a floating point
+/// exactly: below 0, 0 or above 0.
+int CompareNumbers(const VARIANT& left, const VARIANT& right);
+
+}  // namespace zepkit10
