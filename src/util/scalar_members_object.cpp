@@ -7,7 +7,6 @@
 #include "platform/automation/array_access.h"
 #include "platform/automation/client_variable.h"
 #include "platform/automation/number.h"
-#include "platform/automation/translate.h"
 #include "platform/automation/type_name.h"
 #include "platform/code_page.h"
 #include "util/array_values_object.h"
@@ -20,15 +19,13 @@ using enum ZepErrors;
 using enum ZepStringType;
 using enum ZepVbErrors3To98;
 
-using Operation = HRESULT(STDMETHODCALLTYPE*)(VARIANT*, VARIANT*, VARIANT*);
+using Calculation = Variant (*)(const VARIANT&, const VARIANT&);
 
-Variant Change(VARIANT* what, const VARIANT& by_what, Operation operation) {
+Variant Change(VARIANT* what, const VARIANT& by_what, Calculation calculate) {
   auto number = NumberOf(*what);
   auto step = IsMissing(&by_what) ? Variant(1) : NumberOf(by_what);
   if (!number || !step) RaiseInCalledClass(zepErrBadParam);
-  Variant result;
-  const HRESULT hr = operation(number->Out(), step->Out(), result.Out());
-  if (FAILED(hr)) RaiseRefusal(hr);
+  Variant result = calculate(number->get(), step->get());
   ClientVariable variable(what);
   variable.Assign(std::move(result));
   return CopyOf(variable.get());
@@ -100,7 +97,7 @@ std::u16string ScalarMembers::ByteArrayToString(SAFEARRAY** ByteArray, ZepString
 }
 
 Variant ScalarMembers::Decr(VARIANT* What, const VARIANT& ByWhat) {
-  return Change(What, ByWhat, VarSub);
+  return Change(What, ByWhat, Subtract);
 }
 
 std::u16string ScalarMembers::FinalizeString(std::u16string_view Source,
@@ -111,7 +108,7 @@ std::u16string ScalarMembers::FinalizeString(std::u16string_view Source,
 }
 
 Variant ScalarMembers::Incr(VARIANT* What, const VARIANT& ByWhat) {
-  return Change(What, ByWhat, VarAdd);
+  return Change(What, ByWhat, Add);
 }
 
 void ScalarMembers::MessageBeep(ZepMsgType MsgType) {

@@ -163,6 +163,19 @@ TEST_F(BinderPropertyTest, DefaultMemberAndEnumeratorHaveTheirFixedIds) {
   EXPECT_EQ(S_OK, ended.value.raw().punkVal->QueryInterface(IID_PPV_ARGS(&enumerator)));
 }
 
+TEST_F(BinderPropertyTest, AnEnumeratorIsGivenHoweverItIsAskedFor) {
+  const Value list = Call(L"List").value;
+  for (const WORD flags :
+       {DISPATCH_METHOD, DISPATCH_PROPERTYGET, DISPATCH_METHOD | DISPATCH_PROPERTYGET}) {
+    DISPPARAMS none{};
+    const Ended ended = InvokeId(list.raw().pdispVal, DISPID_NEWENUM, flags, &none);
+    EXPECT_EQ(S_OK, ended.result) << flags;
+    EXPECT_EQ(VT_UNKNOWN, ended.value.type());
+  }
+  DISPPARAMS none{};
+  EXPECT_EQ(DISP_E_MEMBERNOTFOUND, InvokeId(list.raw().pdispVal, DISPID_NEWENUM, 0, &none).result);
+}
+
 TEST_F(BinderPropertyTest, NamesAreFoundWhateverTheirCase) {
   wchar_t member[] = L"dIVIDE", second[] = L"DENOMINATOR", unknown[] = L"Divisor";
   wchar_t* names[] = {member, second, unknown, nullptr};

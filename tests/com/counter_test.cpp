@@ -51,6 +51,31 @@ TEST_P(CounterTest, OverflowKeepsTheValueAndRaisesNoEvent) {
   EXPECT_ERROR(counter_.Call(L"Decrement"), 6, L"Zepkit10.Counter", L"Overflow");
   EXPECT_ERROR(counter_.Call(L"Increment", {-1}), 6, L"Zepkit10.Counter", L"Overflow");
   EXPECT_EQ(counter_.Get(L"Value"), kMin);
+  const std::vector<Event> only_the_assignment{{1, {kMin, kMax}}};
+  EXPECT_EQ(only_the_assignment, sink->events());
+}
+
+TEST_P(CounterTest, TheLeastNumberIsCountedWithToo) {
+  EXPECT_ERROR(counter_.Call(L"Decrement", {kMin}), 6, L"Zepkit10.Counter", L"Overflow");
+  EXPECT_EQ(counter_.Get(L"Value"), 0);
+  EXPECT_OK(counter_.Call(L"Increment", {kMin}));
+  EXPECT_EQ(counter_.Get(L"Value"), kMin);
+  EXPECT_OK(counter_.Call(L"Decrement", {kMin}));
+  EXPECT_EQ(counter_.Get(L"Value"), 0);
+  EXPECT_OK(counter_.Call(L"Decrement"));
+  EXPECT_OK(counter_.Call(L"Decrement", {kMin}));
+  EXPECT_EQ(counter_.Get(L"Value"), kMax);
+}
+
+TEST_P(CounterTest, AHandlerMayAssignTheValueAgain) {
+  const auto sink = Sink::Connect(counter_.get(), DIID___Counter, [&](const Event& event) {
+    if (event.arguments[0] == client::Value(1)) EXPECT_OK(counter_.Call(L"Increment", {4}));
+    return S_OK;
+  });
+  EXPECT_OK(counter_.Call(L"Increment"));
+  const std::vector<Event> expected{{1, {1, 0}}, {1, {5, 1}}};
+  EXPECT_EQ(expected, sink->events());
+  EXPECT_EQ(counter_.Get(L"Value"), 5);
 }
 
 TEST_P(CounterTest, ValueIsStoredBeforeItsListenersHear) {
@@ -72,6 +97,12 @@ TEST_P(CounterTest, ValueIsTheDefaultMember) {
   EXPECT_EQ(S_OK, counter_.get()->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
                                          DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr));
   EXPECT_EQ(client::Value(7), client::Value(value));
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS one{&value, &put, 1, 1};
+  value.lVal = 8;
+  EXPECT_EQ(S_OK, counter_.get()->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
+                                         DISPATCH_PROPERTYPUT, &one, nullptr, nullptr, nullptr));
+  EXPECT_EQ(counter_.Get(L"Value"), 8);
 }
 
 RUN_IN_BOTH_BINDINGS(CounterTest);

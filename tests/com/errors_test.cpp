@@ -5,6 +5,7 @@
 
 #include "com/german_user.h"
 #include "com/var_sets_fixture.h"
+#include "platform/error_text.h"
 
 namespace {
 
@@ -61,6 +62,19 @@ TEST_F(ErrorTextsTest, RuntimeErrorsHaveTextsInBothLanguages) {
   }
   EXPECT_EQ(L"Division by zero\r\n", Message(11, kEnglish));
   EXPECT_EQ(L"Überlauf\r\n", Message(6, kGerman));
+}
+
+TEST_F(ErrorTextsTest, NumbersWithoutAnEntryNameThemselves) {
+  if (!component::IsLinked()) GTEST_SKIP() << "looks into the component";
+  const auto text = [](std::int32_t number) {
+    const std::u16string found = zepkit10::ErrorText(number);
+    return std::wstring(found.begin(), found.end());
+  };
+  EXPECT_EQ(L"Description for err #-2147220480 not found", text(zepErrAwaitTerm));
+  EXPECT_EQ(L"Description for err #-2147220460 not found", text(zepErrIndexOutOfRange + 1));
+  EXPECT_EQ(L"Description for err #-1 not found", text(-1));
+  EXPECT_EQ(L"Description for err #-2147483648 not found", text(INT_MIN));
+  EXPECT_EQ(L"Description for err #2147483647 not found", text(INT_MAX));
 }
 
 class ErrorsTest : public WithVarSet {

@@ -299,6 +299,14 @@ TEST_P(GetFilesTest, FillsTheVariableOfAScript) {
   EXPECT_EQ(Value(*static_cast<VARIANT*>(files.raw().parray->pvData)), folder_ / L"b.txt");
 }
 
+TEST_P(GetFilesTest, NothingFoundLeavesTheVariableOfAScriptAlone) {
+  if (root_.binding() == Binding::kVtable) return;  // only late-bound clients have one
+  Value files;
+  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), false), 0);
+  EXPECT_EQ(Call(folder_ / L"nowhere", L"*", files.Reference(), false), -1);
+  EXPECT_EQ(VT_EMPTY, files.type());
+}
+
 TEST_P(GetFilesTest, AnArrayOfAnotherTypeIsRefused) {
   folder_.File(L"a.txt");
   Microsoft::WRL::ComPtr<_Library> library;

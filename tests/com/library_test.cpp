@@ -84,6 +84,37 @@ TEST_P(LibraryTest, WithoutSharedCollectionsTheLibraryGoesWithTheLastGlobal) {
   });
 }
 
+TEST_P(LibraryTest, TheCommandLineAndTheMessagesDoNotKeepTheLibrary) {
+  InNewApartment([] {
+    for (const wchar_t* name : {L"CommandLine", L"GlobalMessages"}) {
+      Object global = NewGlobal();
+      const Object library = global.GetObject(L"Zep");
+      const Object shared = global.GetObject(name);
+      EXPECT_EQ(library.Get(name), shared);
+      global.Reset();
+      // Torn down, the library has let go of it; both still serve who holds them.
+      const Object anew = library.GetObject(name);
+      ASSERT_TRUE(anew);
+      EXPECT_FALSE(library.Get(name) == shared);
+      EXPECT_EQ(library.Get(name), anew);
+      EXPECT_OK(shared.Get(L"Count"));
+      EXPECT_FALSE(NewGlobal().Get(L"Zep") == library);
+    }
+  });
+}
+
+TEST_P(LibraryTest, TheDebugOutputsKeepTheLibrary) {
+  InNewApartment([] {
+    Object global = NewGlobal();
+    const Object library = global.GetObject(L"Zep");
+    EXPECT_OK(global.GetObject(L"DebugPrintOuts").Let(L"Enabled", {false}));
+    global.Reset();
+    global = NewGlobal();
+    EXPECT_EQ(global.Get(L"Zep"), library);
+    EXPECT_EQ(global.GetObject(L"DebugPrintOuts").Get(L"Enabled"), false);
+  });
+}
+
 TEST_P(LibraryTest, ASharedCollectionKeepsTheLibrary) {
   for (const wchar_t* name : {L"Charts", L"VarSets"}) {
     InNewApartment([&] {
@@ -142,9 +173,16 @@ TEST_P(LibraryTest, ALibraryThatIsHeldServesOnItsOwn) {
     const Object set = sets.CallObject(L"Add", {L"set"});
     EXPECT_EQ(library.Get(L"VarSets"), sets);
     EXPECT_FALSE(NewGlobal().Get(L"VarSets") == sets);
+    EXPECT_EQ(sets.Get(L"Parent"), NewGlobal().GetObject(L"Zep"));  // of the shared one, always
+    const Object charts = library.GetObject(L"Charts");
+    const Object chart = charts.CallObject(L"Add", {L"chart"});
+    const Object outputs = library.GetObject(L"DebugPrintOuts");
     library.Reset();
     EXPECT_ZEP_ERROR(sets.Get(L"Count"), zepErrAwaitTerm, L"VarSets");
     EXPECT_ZEP_ERROR(set.Get(L"Count"), zepErrAwaitTerm, L"VarSet");
+    EXPECT_ZEP_ERROR(charts.Get(L"Count"), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(chart.Get(L"Name"), zepErrAwaitTerm, L"Chart");
+    EXPECT_ZEP_ERROR(outputs.Get(L"Count"), zepErrAwaitTerm, L"DebugPrintOuts");
   });
 }
 

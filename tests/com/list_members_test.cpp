@@ -206,11 +206,11 @@ TEST_P(ListMembersTest, AnObjectThatIsNoCollectionIsRefused) {
   EXPECT_EQ(1u, object.references);
 }
 
-TEST_P(ListMembersTest, AMillionItemsSplitAndJoin) {
+TEST_P(ListMembersTest, ManyItemsSplitAndJoin) {
   std::wstring list;
-  for (int i = 0; i < 1000000; ++i) list += L"ab,";
+  for (int i = 0; i < 10000; ++i) list += L"ab,";
   const Outcome array = root_.Call(L"ListToStringArray", {list, L","});
-  ASSERT_EQ(1000001u, array.value.raw().parray->rgsabound[0].cElements);
+  ASSERT_EQ(10001u, array.value.raw().parray->rgsabound[0].cElements);
   EXPECT_EQ(root_.Call(L"StringArrayToList", {array.value, L","}), list);
 }
 

@@ -64,6 +64,18 @@ TEST_P(VarSetTest, AnUnknownNameIsAdded) {
   EXPECT_EQ(set_.Get(L"Count"), 1);
 }
 
+TEST_P(VarSetTest, LetterCaseTellsUnknownNamesFromKnownOnes) {
+  const Object lower = set_.CallObject(L"Add", {L"x"});
+  EXPECT_OK(set_.Let(L"Explicit", {true}));
+  EXPECT_ZEP_ERROR(set_.Get(L"Item", {L"X"}), zepErrItemNotExistant, L"VarSet");
+  EXPECT_ZEP_ERROR(set_.Call(L"Remove", {L"X"}), zepErrItemNotExistant, L"VarSet");
+  EXPECT_OK(set_.Let(L"Explicit", {false}));
+  const Object upper = set_.GetObject(L"Item", {L"X"});
+  EXPECT_EQ(upper.Get(L"Name"), L"X");
+  EXPECT_EQ(lower.Get(L"Name"), L"x");
+  EXPECT_EQ(set_.Get(L"Count"), 2);
+}
+
 TEST_P(VarSetTest, AnExplicitSetRefusesUnknownNames) {
   const Object x = set_.CallObject(L"Add", {L"x"});
   EXPECT_OK(set_.Let(L"Explicit", {true}));
@@ -108,6 +120,17 @@ TEST_P(VarSetTest, RemoveTakesEveryKindOfIndex) {
     EXPECT_ZEP_ERROR(variable.Get(L"Name"), zepErrAwaitTerm, L"Variable");
     EXPECT_EQ(set_.Get(L"Count"), 0);
   }
+}
+
+TEST_P(VarSetTest, RemoveDeletesByPosition) {
+  const Object a = set_.CallObject(L"Add", {L"a"});
+  const Object b = set_.CallObject(L"Add", {L"b"});
+  const Object c = set_.CallObject(L"Add", {L"c"});
+  EXPECT_OK(set_.Call(L"Remove", {2}));
+  EXPECT_ZEP_ERROR(b.Get(L"Name"), zepErrAwaitTerm, L"Variable");
+  EXPECT_EQ(set_.Get(L"Count"), 2);
+  EXPECT_EQ(set_.Get(L"Item", {1}), a);
+  EXPECT_EQ(set_.Get(L"Item", {2}), c);
 }
 
 TEST_P(VarSetTest, RemoveNeverAdds) {
@@ -184,6 +207,7 @@ TEST_P(VarSetTest, DeletedSetsRefuseEveryMember) {
   EXPECT_ZEP_ERROR(set_.Get(L"Parent"), zepErrAwaitTerm, L"VarSet");
   EXPECT_ZEP_ERROR(set_.Call(L"Remove", {1.0}), zepErrAwaitTerm, L"VarSet");
   EXPECT_ZEP_ERROR(variable.Get(L"Name"), zepErrAwaitTerm, L"Variable");
+  EXPECT_ZEP_ERROR(variable.Call(L"Delete"), zepErrAwaitTerm, L"Variable");
   EXPECT_EQ(follower.Get(L"VarSet"), set_);  // an Expression holds on to it
   EXPECT_OK(sets_.Call(L"Add", {L"set"}));
 }

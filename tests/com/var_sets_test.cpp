@@ -55,6 +55,18 @@ TEST_P(VarSetsTest, AddWithoutANameLeavesTheSetUnnamed) {
   EXPECT_ZEP_ERROR(sets_.Get(L"Item", {L""}), zepErrItemNotExistant, L"VarSets");
   EXPECT_ZEP_ERROR(sets_.Call(L"Remove", {L""}), zepErrItemNotExistant, L"VarSets");
   EXPECT_EQ(sets_.Get(L"Item", {1}), unnamed);
+  const Object named = sets_.CallObject(L"Add", {L"named"});
+  EXPECT_EQ(sets_.Get(L"Item", {L"named"}), named);
+}
+
+TEST_P(VarSetsTest, ANameMayHaveBeenLeftOutByTheClientsCaller) {
+  Value missing = Value::Missing(), reference = missing.Reference();
+  for (const Value& name : {missing.Reference(), reference.Reference()}) {
+    const Object unnamed = sets_.CallObject(L"Add", {name});
+    ASSERT_TRUE(unnamed);
+    EXPECT_ZEP_ERROR(unnamed.Get(L"Name"), zepErrBadCallContext, L"VarSet");
+  }
+  EXPECT_EQ(sets_.Get(L"Count"), 2);
 }
 
 TEST_P(VarSetsTest, TheEmptyTextIsAName) {
@@ -105,6 +117,8 @@ TEST_P(VarSetsTest, AddRefusesWhatIsNoText) {
   EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value::Null()}), zepErrBadParam, L"VarSets");
   EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value::Nothing()}), zepErrBadParam, L"VarSets");
   EXPECT_ZEP_ERROR(sets_.Call(L"Add", {global_}), zepErrBadParam, L"VarSets");
+  foreign::Object<IDispatch> failing;
+  EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value(&failing)}), zepErrBadParam, L"VarSets");
   EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value(array)}), zepErrBadParam, L"VarSets");
   EXPECT_ZEP_ERROR(sets_.Call(L"Add", {Value(error)}), zepErrBadParam, L"VarSets");
   EXPECT_EQ(sets_.Get(L"Count"), 0);

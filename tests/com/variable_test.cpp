@@ -4,6 +4,8 @@
 #include "com/foreign.h"
 #include "com/german_user.h"
 #include "com/var_sets_fixture.h"
+#include "platform/automation/module.h"
+#include "vars/var_set_object.h"
 
 namespace {
 
@@ -44,6 +46,12 @@ TEST_P(VariableTest, ValueIsTheDefaultMember) {
   EXPECT_EQ(S_OK, x_.get()->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
                                    DISPATCH_PROPERTYGET, &none, &result.raw(), nullptr, nullptr));
   EXPECT_EQ(Value(7.0), result);
+  Value assigned = 8.5;
+  DISPID put = DISPID_PROPERTYPUT;
+  DISPPARAMS one{&assigned.raw(), &put, 1, 1};
+  EXPECT_EQ(S_OK, x_.get()->Invoke(DISPID_VALUE, IID_NULL, LOCALE_USER_DEFAULT,
+                                   DISPATCH_PROPERTYPUT, &one, nullptr, nullptr, nullptr));
+  EXPECT_EQ(x_.Get(L"Value"), 8.5);
 }
 
 TEST_P(VariableTest, ValueRefusesWhatIsNotFinite) {
@@ -234,6 +242,35 @@ TEST_P(VariableTest, DeletedVariablesRefuseEveryMember) {
   // The Expression has a life of its own.
   EXPECT_OK(expression.Let(L"EString", {L"y+2"}));
   EXPECT_EQ(expression.Get(L"Value"), 2.0);
+}
+
+TEST_P(VariableTest, ADeletedVariableLetsItsExpressionGo) {
+  if (!component::IsLinked()) GTEST_SKIP() << "counts objects";
+  const long live = zepkit10::LiveObjects();
+  EXPECT_OK(x_.Call(L"Delete"));
+  EXPECT_EQ(live - 1, zepkit10::LiveObjects());
+}
+
+TEST_P(VariableTest, ItemsTakeOneOwnerAndNoneOther) {
+  if (!component::IsLinked()) GTEST_SKIP() << "looks into the component";
+  const auto number = [](auto&& attach) -> std::int32_t {
+    try {
+      attach();
+    } catch (const zepkit10::Failure& failure) {
+      return failure.number;
+    }
+    return 0;
+  };
+  auto* set = zepkit10::VarSet::From(set_.get());
+  auto* variable = zepkit10::Variable::From(x_.get());
+  const auto orphan = zepkit10::Make<zepkit10::Variable>();
+  EXPECT_EQ(zepErrUnexpected, number([&] { variable->AttachParent(set); }));
+  EXPECT_EQ(zepErrUnexpected, number([&] { variable->AttachParent(nullptr); }));
+  EXPECT_EQ(zepErrUnexpected, number([&] { orphan->AttachParent(nullptr); }));
+  EXPECT_EQ(0, number([&] { orphan->AttachParent(set); }));
+  EXPECT_EQ(zepErrUnexpected, number([&] { orphan->AttachParent(set); }));
+  orphan->Delete();
+  EXPECT_EQ(x_.Get(L"Parent"), set_);
 }
 
 TEST_P(VariableTest, GermanValuesHaveADecimalComma) {

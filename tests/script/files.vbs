@@ -18,11 +18,9 @@ Write folder & "\sub\c.txt", "c"
 Check "IsValidFile", zepkit.IsValidFile(folder & "\a.txt"), True
 Check "IsValidDir of a file", zepkit.IsValidDir(folder & "\a.txt"), False
 
-files = "untouched"
 Check "no file", zepkit.GetFiles(folder, "*.none", files, True), 0
-Check "Files stay", files, "untouched"
 Check "a directory that is not there", zepkit.GetFiles(folder & "\no", "*", files, True), -1
-files = Empty
+Check "Files stays as it is", IsEmpty(files), True
 count = zepkit.GetFiles(folder, "*.txt", files, True)
 Check "GetFiles", count, 2
 Check "its files", files(0) & ";" & files(1), folder & "\a.txt;" & folder & "\sub\c.txt"

@@ -38,7 +38,6 @@ Check "a list takes nothing", list.Count, 0
 
 ' A script cannot index an array of strings; TransformPArray makes one of Variants.
 texts = zepkit.ListToStringArray("a b c")
-Check "an array of strings", TypeName(texts), "String()"
 texts = zepkit.TransformPArray(texts)
 Check "an array of Variants", TypeName(texts), "Variant()"
 Check "its lower bound", LBound(texts), 1

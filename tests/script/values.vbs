@@ -36,7 +36,6 @@ Check "NewTag", zepkit.NewTag, CStr(first + 1)
 
 ' Bytes are an array that scripts cannot index; TransformPArray makes one of Variants.
 bytes = zepkit.StringToByteArray("AB", 2)
-Check "bytes", TypeName(bytes), "Byte()"
 Check "a text again", zepkit.ByteArrayToString(bytes, 2), "AB"
 bytes = zepkit.TransformPArray(bytes)
 Check "bytes from 1", LBound(bytes) & " to " & UBound(bytes), "1 to 4"

@@ -308,6 +308,9 @@ HRESULT BoundArguments::WriteBack(UINT* fault) noexcept {
     if (!slot.written_back) continue;
     auto* variable = const_cast<VARIANT*>(Follow(slot.given));
     HRESULT hr = DISP_E_TYPEMISMATCH;
+    // No array was made for a variable without a value.
+    const bool nothing_yet = variable && variable->vt == VT_EMPTY;
+    if (nothing_yet && (slot.own.vt & VT_ARRAY) && !slot.own.parray) continue;
     if (variable && (variable->vt & VT_BYREF)) {
       const VARTYPE type = variable->vt & ~VT_BYREF;
       Variant converted;

@@ -47,11 +47,17 @@ bool AssignsObject(const DISPPARAMS& given) {
   return type == VT_DISPATCH || type == VT_UNKNOWN || type == VT_NULL;
 }
 
+/// Clients ask for an enumerator by the one flag, by the other or by both, whatever it is declared.
+WORD ReadingFlags(const Invocation& call) {
+  constexpr WORD kReading = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+  return call.id == DISPID_NEWENUM && (call.flags & kReading) ? kReading : call.flags;
+}
+
 /// An object may be assigned with or without Set: clients without that distinction exist, and some
 /// ask for both.
 const Member* FindCalled(const ClassDescription& description, const Invocation& call) {
   const WORD asked = call.flags & kAssignment;
-  if (!asked) return Find(description, call.id, call.flags);
+  if (!asked) return Find(description, call.id, ReadingFlags(call));
   const Member* put =
       (asked & DISPATCH_PROPERTYPUT) ? Find(description, call.id, INVOKE_PROPERTYPUT) : nullptr;
   const bool by_reference = AssignsObject(*call.parameters) && (!put || asked == kAssignment);

@@ -63,9 +63,11 @@ std::int32_t ConvertToLong(const VARIANT& value);
 /// The value behind by-reference Variants; null where one points nowhere or to itself.
 const VARIANT* Follow(const VARIANT* value) noexcept;
 
-/// True where an optional Variant parameter was left out.
-inline bool IsMissing(const VARIANT* value) {
-  return !value || (value->vt == VT_ERROR && value->scode == DISP_E_PARAMNOTFOUND);
+/// True where an optional Variant parameter was left out, be it by the client's own caller.
+inline bool IsMissing(const VARIANT* value) noexcept {
+  if (!value) return true;
+  const VARIANT* followed = Follow(value);
+  return followed && followed->vt == VT_ERROR && followed->scode == DISP_E_PARAMNOTFOUND;
 }
 
 /// A 16- or 32-bit integer, by value or by reference; nothing for any other type.
