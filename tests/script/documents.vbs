@@ -48,11 +48,15 @@ document.Content.DataString = "first"
 Check "changed", document.Changed, True
 document.SaveAs path
 Check "saved", document.Status, 2
+document.CloseFile
 Check "on disk", system.OpenTextFile(path).ReadAll, "first"
+document.OpenFile path
+document.Content.DataString = "another"
+document.Save
 document.Content.DataString = "second"
 document.Save
-Check "saved again", system.OpenTextFile(path).ReadAll, "second"
 document.CloseFile
+Check "saved again", system.OpenTextFile(path).ReadAll, "second"
 document.OpenFile path, True
 Check "opened for reading", document.Status, 3
 Check "its title", document.FileTitle, "a.txt"
