@@ -9,6 +9,10 @@
 namespace zepkit10 {
 namespace {
 
+/// Characters behind the room offered: not every system keeps to the room when several files are
+/// chosen.
+constexpr std::size_t kSlack = 1'000'000;
+
 /// Null for the empty text: the system's own default.
 const wchar_t* Optional(const std::u16string& text) {
   return text.empty() ? nullptr : WideText(text);
@@ -56,7 +60,7 @@ OPENFILENAMEW Describe(const CommonDialogProperties& properties, const std::u16s
   dialog.lpstrFilter = properties.filter.empty() ? nullptr : WideText(filter);
   dialog.nFilterIndex = static_cast<DWORD>(std::max<int>(properties.filter_index, 0));
   dialog.lpstrFile = MutableText(choice);
-  dialog.nMaxFile = static_cast<DWORD>(choice.size());
+  dialog.nMaxFile = static_cast<DWORD>(properties.max_file_size);
   dialog.lpstrInitialDir = Optional(properties.init_dir);
   dialog.lpstrTitle = Optional(properties.dialog_title);
   dialog.lpstrDefExt = Optional(properties.default_ext);
@@ -79,19 +83,21 @@ bool CommonDialog::Show(Function* function) {
   const auto room = static_cast<std::size_t>(asked.max_file_size);
   if (asked.file_name.size() >= room) return false;
   std::u16string choice = asked.file_name;
-  choice.resize(room);
+  choice.resize(room + kSlack);
   const std::u16string filter = SystemFilter(asked.filter);
   OPENFILENAMEW dialog = Describe(asked, filter, choice);
   shown_ = true;
-  const bool chosen = function(&dialog);
+  const bool closed_by_ok = function(&dialog);
   shown_ = false;
-  if (chosen) Accept(dialog, asked.default_ext);
-  return chosen;
+  if (!closed_by_ok) return false;
+  const auto chosen = ChoiceIn(choice, (asked.flags & OFN_ALLOWMULTISELECT) != 0);
+  if (chosen.size() >= room) return false;
+  Accept(chosen, dialog, asked.default_ext);
+  return true;
 }
 
-void CommonDialog::Accept(const OPENFILENAMEW& answer, std::u16string_view default_ext) {
-  const auto choice = ChoiceIn(ViewOf(std::wstring_view(answer.lpstrFile, answer.nMaxFile)),
-                               (answer.Flags & OFN_ALLOWMULTISELECT) != 0);
+void CommonDialog::Accept(std::u16string_view choice, const OPENFILENAMEW& answer,
+                          std::u16string_view default_ext) {
   std::u16string name(choice);
   std::u16string title(TitleOf(choice));
   properties_.file_name.swap(name);

@@ -44,7 +44,8 @@ class CommonDialog {
   using Function = BOOL WINAPI(OPENFILENAMEW*);
 
   bool Show(Function* function);
-  void Accept(const OPENFILENAMEW& answer, std::u16string_view default_ext);
+  void Accept(std::u16string_view choice, const OPENFILENAMEW& answer,
+              std::u16string_view default_ext);
 
   CommonDialogProperties properties_;
   bool shown_ = false;
