@@ -94,7 +94,7 @@ void ZepVariant::SetDataBytes(SAFEARRAY* NewDataBytes) {
   SetData(CopyOf(NewDataBytes));
 }
 
-std::u16string ZepVariant::DataString() const { return Decode(data_, string_type_); }
+Bstr ZepVariant::DataString() const { return Decode(data_, string_type_); }
 
 void ZepVariant::SetDataString(std::u16string_view NewDataString) {
   EnsureWritable();
@@ -155,7 +155,7 @@ void ZepVariant::SetRangeBytes(std::int32_t Start, std::int32_t Length, SAFEARRA
   ReplaceSlice({Start, Length}, CopyOf(NewRangeBytes));
 }
 
-std::u16string ZepVariant::RangeString(std::int32_t Start, std::int32_t Length) const {
+Bstr ZepVariant::RangeString(std::int32_t Start, std::int32_t Length) const {
   return Decode(BytesIn(BytesOfCharacters({Start, Length})), string_type_);
 }
 

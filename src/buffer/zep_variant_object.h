@@ -41,7 +41,7 @@ class ZepVariant final : public AutomationObject<ZepVariant, ZepVariantShim> {
   void SetDataByte(std::int32_t Index, std::uint8_t NewDataByte);
   SafeArray DataBytes() const;
   void SetDataBytes(SAFEARRAY* NewDataBytes);
-  std::u16string DataString() const;
+  Bstr DataString() const;
   void SetDataString(std::u16string_view NewDataString);
   void DisconnectAsRange();
   void DisconnectRange(::_ZepVariant* Range);
@@ -54,7 +54,7 @@ class ZepVariant final : public AutomationObject<ZepVariant, ZepVariantShim> {
   void SetRangeBytes(std::int32_t Start, std::int32_t Length, SAFEARRAY* NewRangeBytes);
   std::int32_t RangeLength() const { return range_.length; }
   std::int32_t RangeStart() const { return range_.start; }
-  std::u16string RangeString(std::int32_t Start, std::int32_t Length) const;
+  Bstr RangeString(std::int32_t Start, std::int32_t Length) const;
   void SetRangeString(std::int32_t Start, std::int32_t Length, std::u16string_view NewRangeString);
   bool ReadOnly() const { return read_only_; }
   void SetReadOnly(bool NewReadOnly);
