@@ -36,7 +36,7 @@ std::u16string_view ChoiceIn(std::u16string_view buffer, bool several) {
   return buffer.substr(0, buffer.find(kEnds.substr(0, several ? 2 : 1)));
 }
 
-std::u16string_view TitleOf(std::u16string_view choice) {
+std::u16string_view FileTitleOf(std::u16string_view choice) {
   if (choice.find(u'\0') != kNone) return {};
   return choice.substr(choice.find_last_of(u"\\/:") + 1);
 }
@@ -50,7 +50,7 @@ bool HasOtherExtension(std::u16string_view choice, std::u16string_view default_e
     return !extension.empty() && !same(extension, default_extension);
   };
   auto end = choice.find(u'\0');
-  if (end == kNone) return differs(TitleOf(choice));
+  if (end == kNone) return differs(FileTitleOf(choice));
   while (end != kNone) {
     choice.remove_prefix(end + 1);
     end = choice.find(u'\0');

@@ -19,7 +19,7 @@ std::u16string_view ChoiceIn(std::u16string_view buffer, bool several);
 
 /// The name of the chosen file without its folder; empty for several files, which are a folder and
 /// names with NULs between them.
-std::u16string_view TitleOf(std::u16string_view choice);
+std::u16string_view FileTitleOf(std::u16string_view choice);
 
 /// Whether two texts are the same where letter case does not count.
 using SameText = bool(std::u16string_view, std::u16string_view);

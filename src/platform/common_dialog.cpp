@@ -99,7 +99,7 @@ bool CommonDialog::Show(Function* function) {
 void CommonDialog::Accept(std::u16string_view choice, const OPENFILENAMEW& answer,
                           std::u16string_view default_ext) {
   std::u16string name(choice);
-  std::u16string title(TitleOf(choice));
+  std::u16string title(FileTitleOf(choice));
   properties_.file_name.swap(name);
   properties_.file_title.swap(title);
   constexpr DWORD kLastIndex = std::numeric_limits<std::int16_t>::max();
