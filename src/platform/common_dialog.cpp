@@ -61,7 +61,8 @@ OPENFILENAMEW Describe(const CommonDialogProperties& properties, const std::u16s
   dialog.nFilterIndex = static_cast<DWORD>(std::max<int>(properties.filter_index, 0));
   dialog.lpstrFile = MutableText(choice);
   dialog.nMaxFile = static_cast<DWORD>(properties.max_file_size);
-  dialog.lpstrInitialDir = Optional(properties.init_dir);
+  // The dialogs know no longer paths of folders, and not every system's survives one.
+  if (properties.init_dir.size() < MAX_PATH) dialog.lpstrInitialDir = Optional(properties.init_dir);
   dialog.lpstrTitle = Optional(properties.dialog_title);
   dialog.lpstrDefExt = Optional(properties.default_ext);
   // Not every system takes an earlier answer back.

@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Expect(choice.size() <= text.size(), "the choice is longer than the buffer");
   const std::u16string_view ends(u"\0\0", several ? 2 : 1);
   Expect(choice.find(ends) == choice.npos, "the choice goes on behind its end");
-  const auto title = zepkit10::TitleOf(choice);
+  const auto title = zepkit10::FileTitleOf(choice);
   Expect(title.find_first_of(std::u16string_view(u"\\/:\0", 4)) == title.npos, "no title");
   const bool other = zepkit10::HasOtherExtension(choice, u"txt", Same);
   Expect(!other || choice.find(u'.') != choice.npos, "an extension from nowhere");

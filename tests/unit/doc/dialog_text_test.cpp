@@ -66,14 +66,14 @@ TEST(DialogTextTest, AChoiceOfSeveralEndsAtTwoNuls) {
 }
 
 TEST(DialogTextTest, TheTitleIsTheNameWithoutItsFolder) {
-  EXPECT_EQ(TitleOf(u"C:\\d\\a.b.txt"), u"a.b.txt");
-  EXPECT_EQ(TitleOf(u"\\\\server\\share\\a"), u"a");
-  EXPECT_EQ(TitleOf(u"C:/d/a.txt"), u"a.txt");
-  EXPECT_EQ(TitleOf(u"C:a.txt"), u"a.txt");
-  EXPECT_EQ(TitleOf(u"a"), u"a");
-  EXPECT_EQ(TitleOf(u"C:\\d\\"), u"");
-  EXPECT_EQ(TitleOf(u""), u"");
-  EXPECT_EQ(TitleOf(u"C:\\d\0a\0b"sv), u"") << "several files have none";
+  EXPECT_EQ(FileTitleOf(u"C:\\d\\a.b.txt"), u"a.b.txt");
+  EXPECT_EQ(FileTitleOf(u"\\\\server\\share\\a"), u"a");
+  EXPECT_EQ(FileTitleOf(u"C:/d/a.txt"), u"a.txt");
+  EXPECT_EQ(FileTitleOf(u"C:a.txt"), u"a.txt");
+  EXPECT_EQ(FileTitleOf(u"a"), u"a");
+  EXPECT_EQ(FileTitleOf(u"C:\\d\\"), u"");
+  EXPECT_EQ(FileTitleOf(u""), u"");
+  EXPECT_EQ(FileTitleOf(u"C:\\d\0a\0b"sv), u"") << "several files have none";
 }
 
 TEST(DialogTextTest, AnExtensionDiffersFromTheDefault) {
