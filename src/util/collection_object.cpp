@@ -30,7 +30,8 @@ void Collection::Add(const VARIANT& Item, const VARIANT& Key, const VARIANT& Bef
           ZepVbErrors298To746::zepVbErrThisKeyAlreadyAssociatedWithAnElementOfThisCollection);
     }
   }
-  entries_.reserve(entries_.size() + 1);
+  // No failure comes between the two.
+  if (entries_.size() == entries_.capacity()) entries_.reserve(2 * entries_.size() + 1);
   if (entry->key) keys_.emplace(*entry->key, entry.get());
   entries_.insert(entries_.begin() + static_cast<std::ptrdiff_t>(place), std::move(entry));
 }
@@ -53,7 +54,9 @@ Microsoft::WRL::ComPtr<IUnknown> Collection::NewEnum() const {
 }
 
 void Collection::Remove(const VARIANT& Index) {
-  const auto found = entries_.begin() + static_cast<std::ptrdiff_t>(PositionOf(Index));
+  // An index that is an object is asked for its value, and may change the collection.
+  const auto position = static_cast<std::ptrdiff_t>(PositionOf(Index));
+  const auto found = entries_.begin() + position;
   // Released last: the value may be an object that calls back.
   const std::unique_ptr<Entry> removed = std::move(*found);
   entries_.erase(found);

@@ -55,6 +55,8 @@ std::u16string ListMembers::StringArrayToList(const VARIANT& StringArray,
   SAFEARRAY* array = (given->vt & VT_BYREF) ? *given->pparray : given->parray;
   const ArrayAccess texts(array);
   if (texts.IsEmpty()) return {};
+  // Elements that are no strings, whatever the value says.
+  if (array->cbElements != sizeof(BSTR)) RaiseInCalledClass(zepErrBadCall);
   ListWriter list({Delimiter, QuoteBegin, QuoteEnd});
   // Lists count from 1, whatever the array's lower bound is.
   for (std::int64_t i = 1; i <= texts.UpperBound(); ++i) {

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "com/both_bindings.h"
 #include "com/foreign.h"
 #include "com/zep_error.h"
@@ -113,6 +115,43 @@ TEST_P(CollectionTest, RefusesIndexesThatAreNone) {
   }
   EXPECT_EQ(6, collection_.Get(L"Item", {1e10}).number);
   EXPECT_EQ(collection_.Get(L"Count"), 3);
+}
+
+/// A client's object whose value is a number; something happens each time it is asked for it.
+class Asked : public foreign::Object<IDispatch> {
+ public:
+  explicit Asked(std::function<void()> action) : action_(std::move(action)) {}
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    action_();
+    result->vt = VT_I4;
+    result->lVal = 2;
+    return S_OK;
+  }
+
+ private:
+  const std::function<void()> action_;
+};
+
+TEST_P(CollectionTest, AnIndexMayChangeTheCollection) {
+  Asked adding([&] {
+    for (int i = 0; i < 100; ++i) EXPECT_OK(collection_.Call(L"Add", {i}));
+  });
+  EXPECT_EQ(collection_.Get(L"Item", {Value(&adding)}), L"b");
+  EXPECT_OK(collection_.Call(L"Remove", {Value(&adding)}));
+  EXPECT_EQ(collection_.Get(L"Count"), 202);
+  EXPECT_EQ(collection_.Get(L"Item", {2}), L"c");
+  Asked removing([&] {
+    while (collection_.Get(L"Count").value.raw().lVal > 1) {
+      EXPECT_OK(collection_.Call(L"Remove", {1}));
+    }
+  });
+  for (const auto& outcome : {collection_.Call(L"Add", {L"x", Value::Missing(), Value(&removing)}),
+                              collection_.Call(L"Remove", {Value(&removing)}),
+                              collection_.Get(L"Item", {Value(&removing)})}) {
+    EXPECT_ERROR(outcome, kSubscriptOutOfRange, kSource, L"Subscript out of range");
+  }
+  EXPECT_EQ(collection_.Values(), (Values{99}));
 }
 
 TEST_P(CollectionTest, AnEnumerationIsASnapshot) {

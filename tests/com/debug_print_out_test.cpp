@@ -214,6 +214,18 @@ TEST_P(DebugPrintOutTest, ErrorsOfTheMemberPass) {
   }
 }
 
+TEST_P(DebugPrintOutTest, ErrorsWithoutANumberAreErrors) {
+  for (const int type : {kGetLet, kLet, kMethod}) {
+    const Object out = Add(type);
+    target_.handler = Target::Raising(0xFFFF, S_OK, L"Source", L"Description");
+    EXPECT_ERROR(Print(out, L"a"), DISP_E_EXCEPTION, L"Source", L"Description");
+    EXPECT_EQ(out.Get(L"Usable"), false);
+    target_.handler = Target::Raising(0xFFFF, 0x800A0000, L"Source", L"Description");
+    EXPECT_EQ(static_cast<HRESULT>(0x800A0000), Print(out, L"a").result);
+    target_.handler = nullptr;
+  }
+}
+
 TEST_P(DebugPrintOutTest, RefusedCallsAreErrorsOfTheTarget) {
   const Object out = Add(kMethod);
   target_.handler = [](const Target::Call&, EXCEPINFO&) { return DISP_E_TYPEMISMATCH; };

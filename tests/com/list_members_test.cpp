@@ -46,6 +46,22 @@ TEST_P(ListMembersTest, SplitsAtSpaces) {
   EXPECT_EQ(Split({L"\"a b\""}), (Texts{L"\"a", L"b\""}));
 }
 
+TEST_P(ListMembersTest, WhatIsLeftOutHasItsDefault) {
+  const Value none = Value::Missing();
+  EXPECT_EQ(Split({L"\"a b\"", none, none, none}), (Texts{L"\"a", L"b\""}));
+  EXPECT_EQ(Split({L"'a b' c", none, L"'", L"'"}), (Texts{L"a b", L"c"}));
+  const Value array = Make(1, {L"a b", L""});
+  EXPECT_EQ(root_.Call(L"StringArrayToList", {array, none, none, none}), L"a b ");
+  EXPECT_EQ(root_.Call(L"StringArrayToList", {array, none, L"<", L">"}), L"<a b> <>");
+  const Object items = CollectionOf({L"a b", L""});
+  EXPECT_EQ(root_.Call(L"CollectionToList", {items, none, none, none}), L"a b ");
+  EXPECT_EQ(root_.Call(L"CollectionToList", {items, L","}), L"a b,");
+}
+
+TEST_P(ListMembersTest, TextsMayBeNumbersToConvert) {
+  EXPECT_EQ(Split({12321, 2}), (Texts{L"1", L"3", L"1"}));
+}
+
 TEST_P(ListMembersTest, AnEmptyTextHasNoItems) {
   EXPECT_EQ(Split({L""}), Texts{});
   EXPECT_EQ(root_.CallObject(L"ListToCollection", {L""}).Get(L"Count"), 0);
@@ -123,6 +139,19 @@ TEST_P(ListMembersTest, OnlyStringArraysJoin) {
   }
 }
 
+TEST_P(ListMembersTest, OnlyArraysThatReallyHoldStringsJoin) {
+  VARIANT bytes;
+  bytes.vt = VT_ARRAY | VT_UI1;
+  bytes.parray = SafeArrayCreateVector(VT_UI1, 1, 3);
+  const Value array(bytes);
+  VARIANT disguised = array.raw(), reference;
+  disguised.vt = reference.vt = VT_ARRAY | VT_BSTR;
+  reference.vt |= VT_BYREF;
+  reference.pparray = &disguised.parray;
+  EXPECT_ROOT_ERROR(root_.Call(L"StringArrayToList", {Value(reference)}), zepErrBadCall);
+  VariantClear(&bytes);
+}
+
 TEST_P(ListMembersTest, OnlyOneDimensionJoins) {
   VARIANT grid;
   grid.vt = VT_ARRAY | VT_BSTR;
@@ -158,10 +187,11 @@ class Counted : public foreign::Object<IDispatch> {
     *ids = name == L"Count" ? 1 : name == L"Item" ? 2 : DISPID_UNKNOWN;
     return *ids == DISPID_UNKNOWN ? DISP_E_UNKNOWNNAME : S_OK;
   }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* given,
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* given,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
     if (id != 1 && id != 2) return DISP_E_MEMBERNOTFOUND;
     if (id == 1) {
+      if (!(flags & count_kind)) return DISP_E_MEMBERNOTFOUND;
       *result = count.raw();
       return S_OK;
     }
@@ -177,6 +207,7 @@ class Counted : public foreign::Object<IDispatch> {
   }
 
   Value count = 2;
+  WORD count_kind = DISPATCH_PROPERTYGET;
 };
 
 TEST_P(ListMembersTest, ACollectionMayHaveCountAndItemOnly) {
@@ -187,6 +218,59 @@ TEST_P(ListMembersTest, ACollectionMayHaveCountAndItemOnly) {
   counted.count = -5;
   EXPECT_EQ(root_.Call(L"CollectionToList", {Value(&counted)}), L"");
   EXPECT_EQ(1u, counted.references);
+}
+
+TEST_P(ListMembersTest, CountMayBeAMethod) {
+  Counted counted;
+  counted.count_kind = DISPATCH_METHOD;
+  EXPECT_EQ(root_.Call(L"CollectionToList", {Value(&counted)}), L"one two");
+}
+
+/// A client's collection that is its own enumerator: one text, then a failure or the end.
+class Enumerated : public foreign::Object<IDispatch>, public IEnumVARIANT {
+ public:
+  explicit Enumerated(HRESULT end) : end_(end) {}
+
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+    if (iid != IID_IEnumVARIANT) return Object::QueryInterface(iid, result);
+    *result = static_cast<IEnumVARIANT*>(this);
+    ++references;
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return Object::AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return Object::Release(); }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    if (id != DISPID_NEWENUM) return DISP_E_MEMBERNOTFOUND;
+    result->vt = VT_UNKNOWN;
+    result->punkVal = static_cast<IEnumVARIANT*>(this);
+    ++references;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Next(ULONG, VARIANT* item, ULONG* fetched) override {
+    if (std::exchange(begun_, true)) return end_;
+    item->vt = VT_BSTR;
+    item->bstrVal = SysAllocString(L"one");
+    *fetched = 1;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Skip(ULONG) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Reset() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT**) override { return E_NOTIMPL; }
+
+ private:
+  const HRESULT end_;
+  bool begun_ = false;
+};
+
+TEST_P(ListMembersTest, ACollectionMayHaveAnEnumeratorOnly) {
+  Enumerated whole(S_FALSE), failing(DISP_E_DIVBYZERO);
+  const auto object = [](Enumerated& made) { return Value(static_cast<IDispatch*>(&made)); };
+  EXPECT_EQ(root_.Call(L"CollectionToList", {object(whole)}), L"one");
+  EXPECT_ERROR(root_.Call(L"CollectionToList", {object(failing)}), 11,
+               std::wstring(L"Zepkit10.") + RootName(), L"Division by zero");
+  EXPECT_EQ(1u, whole.references);
+  EXPECT_EQ(1u, failing.references);
 }
 
 TEST_P(ListMembersTest, WhatACollectionRaisesPassesOn) {
@@ -204,6 +288,28 @@ TEST_P(ListMembersTest, AnObjectThatIsNoCollectionIsRefused) {
   EXPECT_ERROR(root_.Call(L"CollectionToList", {Value(&object)}), 451,
                std::wstring(L"Zepkit10.") + RootName(), L"Object not a collection");
   EXPECT_EQ(1u, object.references);
+}
+
+TEST_P(ListMembersTest, NullTextsOfVtableClientsAreEmpty) {
+  Microsoft::WRL::ComPtr<_Library> library;
+  Microsoft::WRL::ComPtr<_Global> global;
+  root_.get()->QueryInterface(IID_PPV_ARGS(&library));
+  root_.get()->QueryInterface(IID_PPV_ARGS(&global));
+  Value list, text = L"a b";
+  list.raw().vt = VT_ARRAY | VT_BSTR;
+  EXPECT_EQ(S_OK, library ? library->ListToStringArray(text.raw().bstrVal, nullptr, nullptr,
+                                                       nullptr, &list.raw().parray)
+                          : global->ListToStringArray(text.raw().bstrVal, nullptr, nullptr, nullptr,
+                                                      &list.raw().parray));
+  EXPECT_EQ(Read(list), (Texts{L"a b"}));
+  const Value pair = Make(1, {L"a", L"b"});
+  Value joined = L"";
+  SysFreeString(std::exchange(joined.raw().bstrVal, nullptr));
+  BSTR* result = &joined.raw().bstrVal;
+  EXPECT_EQ(S_OK, library
+                      ? library->StringArrayToList(pair.raw(), nullptr, nullptr, nullptr, result)
+                      : global->StringArrayToList(pair.raw(), nullptr, nullptr, nullptr, result));
+  EXPECT_EQ(joined, Value(L"ab"));
 }
 
 TEST_P(ListMembersTest, ManyItemsSplitAndJoin) {

@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "com/both_bindings.h"
 #include "com/foreign.h"
 #include "com/zep_error.h"
@@ -62,7 +64,7 @@ TEST_P(ListTest, RefusesToRemoveElsewhere) {
     EXPECT_ZEP_ERROR(list_.Call(L"RemoveItem", {index}), zepErrBadCall, L"List");
   }
   EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
-  for (const int index : {0, -2, 3}) {
+  for (const int index : {0, -2, 3, 2147483647, -2147483647 - 1}) {
     EXPECT_ZEP_ERROR(list_.Call(L"RemoveItem", {index}), zepErrBadCall, L"List");
   }
   EXPECT_EQ(list_.Get(L"Count"), 2);
@@ -79,11 +81,13 @@ TEST_P(ListTest, ItemsAreReadAndWrittenByPosition) {
 
 TEST_P(ListTest, ItemsOutsideAreOutOfRange) {
   EXPECT_ZEP_ERROR(list_.Get(L"Item", {1}), zepErrIndexOutOfRange, L"List");
+  EXPECT_ZEP_ERROR(list_.Let(L"Item", {1, L"x"}), zepErrIndexOutOfRange, L"List");
   EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
-  for (const int index : {0, -1, 3}) {
+  for (const int index : {0, -1, 3, 2147483647, -2147483647 - 1}) {
     EXPECT_ZEP_ERROR(list_.Get(L"Item", {index}), zepErrIndexOutOfRange, L"List");
     EXPECT_ZEP_ERROR(list_.Let(L"Item", {index, L"x"}), zepErrIndexOutOfRange, L"List");
   }
+  EXPECT_EQ(list_.Values(), (Values{L"a", L"b"}));
 }
 
 TEST_P(ListTest, ClearRemovesAllItemsAndKeepsTheFormat) {
@@ -153,6 +157,54 @@ TEST_P(ListTest, AForeignObjectMustBeACollection) {
                L"Object not a collection");
   EXPECT_EQ(list_.Get(L"Count"), 1);
   EXPECT_EQ(1u, object.references);
+}
+
+/// A client's collection of one text; something happens when it is read.
+class Read : public foreign::Object<IDispatch> {
+ public:
+  explicit Read(std::function<void()> action) : action_(std::move(action)) {}
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                          DISPID* ids) override {
+    *ids = names[0] == std::wstring_view(L"Count") ? 1 : 2;
+    return S_OK;
+  }
+  HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
+                                   EXCEPINFO*, UINT*) override {
+    if (id != 1 && id != 2) return DISP_E_MEMBERNOTFOUND;
+    action_();
+    const Value answer = id == 1 ? Value(1) : Value(L"read");
+    return VariantCopy(result, const_cast<VARIANT*>(&answer.raw()));
+  }
+
+ private:
+  const std::function<void()> action_;
+};
+
+TEST_P(ListTest, ACollectionMayChangeTheListWhileItIsRead) {
+  EXPECT_OK(list_.Let(L"ListString", {L"a b"}));
+  Read items([&] {
+    EXPECT_OK(list_.Call(L"RemoveItem", {1}));
+    for (int i = 0; i < 100; ++i) EXPECT_OK(list_.Call(L"AddItem", {L"x"}));
+  });
+  EXPECT_OK(list_.Set(L"Items", {Value(&items)}));
+  EXPECT_EQ(list_.Values(), (Values{L"read"}));
+  EXPECT_EQ(1u, items.references);
+}
+
+TEST_P(ListTest, NullPointersOfVtableClients) {
+  Microsoft::WRL::ComPtr<_List> list;
+  ASSERT_EQ(S_OK, list_.get()->QueryInterface(IID_PPV_ARGS(&list)));
+  EXPECT_EQ(S_OK, list->AddItem(nullptr, -1));
+  EXPECT_EQ(S_OK, list->put_Item(1, nullptr));
+  EXPECT_EQ(list_.Values(), (Values{L""}));
+  EXPECT_EQ(zepErrBadPropValue, list->put_Delimiter(nullptr));
+  EXPECT_EQ(S_OK, list->put_QuoteBegin(nullptr));
+  EXPECT_EQ(S_OK, list->put_QuoteEnd(nullptr));
+  EXPECT_EQ(S_OK, list->put_ListString(nullptr));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
+  EXPECT_OK(list_.Call(L"AddItem", {L"a"}));
+  EXPECT_EQ(S_OK, list->putref_Items(nullptr));
+  EXPECT_EQ(list_.Get(L"Count"), 0);
 }
 
 TEST_P(ListTest, TextsKeepEveryCharacter) {

@@ -208,6 +208,28 @@ TEST_P(MessageTest, AMessageKeepsItsBoard) {
   EXPECT_EQ(first.Get(L"Message"), L"a");
 }
 
+TEST_P(MessageTest, AMessageThatTheBoardRemovedKeepsItsBoard) {
+  Listener value;
+  Object message = Post({L"a"});
+  EXPECT_OK(board_.Call(L"Add", {Value(&value)}));
+  EXPECT_OK(board_.Call(L"Remove", {0}));
+  board_.Reset();
+  EXPECT_EQ(message.Get(L"Deleted"), true);
+  EXPECT_EQ(2u, value.references);
+  message.Reset();
+  EXPECT_EQ(1u, value.references);
+}
+
+TEST_P(MessageTest, IsReadOnly) {
+  const Object message = Post({L"a"});
+  for (const wchar_t* member :
+       {L"Deleted", L"Destination", L"Index", L"Message", L"Parameters", L"Source", L"Time"}) {
+    EXPECT_FALSE(message.Let(member, {1}).ok()) << member;
+  }
+  EXPECT_FALSE(message.Set(L"Parent", {board_}).ok());
+  EXPECT_EQ(message.Get(L"Message"), L"a");
+}
+
 TEST_P(MessageTest, ADeletedMessageLetsItsBoardGo) {
   Listener value;
   const Object message = Post({L"a"});

@@ -167,6 +167,33 @@ TEST_P(MessagesFilterTest, CriteriaMayComeByReference) {
             0);
 }
 
+TEST_P(MessagesFilterTest, AResultIsFilteredAsAnyBoard) {
+  PostFrom({L"A", L"B", L"A"});
+  const Object sources = board_.GetObject(L"Messages", {kNone, L"A"});
+  EXPECT_OK(sources.Call(L"Add", {L"other", L"A"}));
+  const Object others = sources.CallObject(L"GetMessages", {L"other"});
+  EXPECT_EQ(IndexesOf(others), (Indexes{3}));
+  EXPECT_EQ(IndexesOf(sources), (Indexes{0, 2}));
+  EXPECT_EQ(IndexesOf(board_), (Indexes{0, 1, 2}));
+  EXPECT_EQ(board_.Get(L"LastIndex"), 2);
+}
+
+TEST_P(MessagesFilterTest, AComparedObjectMayReleaseTheBoard) {
+  Listener wanted, other;
+  PostFrom({Value(&wanted), Value(&other)});
+  other.when_compared = [&] { board_.Reset(); };
+  // Nothing else holds the board during the call.
+  IDispatch* board = board_.get();
+  VARIANT arguments[] = {Value(&wanted).raw(), kNone.raw()};
+  DISPPARAMS parameters{arguments, nullptr, 2, 0};
+  Value result;
+  EXPECT_EQ(S_OK, board->Invoke(5, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters,
+                                &result.raw(), nullptr, nullptr));
+  ASSERT_EQ(VT_DISPATCH, result.type());
+  EXPECT_EQ(IndexesOf(Object(result.raw().pdispVal, GetParam())), (Indexes{0}));
+  EXPECT_EQ(1u, other.references);
+}
+
 TEST_P(MessagesFilterTest, TimesMustBeExactlyEqual) {
   EXPECT_OK(board_.Call(L"Add", {L"a"}));
   const double time = board_.GetObject(L"First").Get(L"Time").value.raw().date;
@@ -195,7 +222,9 @@ TEST_P(MessagesFilterTest, WhatIsNoDateRaises13) {
 }
 
 TEST_P(MessagesFilterTest, ParamsMustBeAnArray) {
-  for (const Value& params : {Value(1), Value(L"a"), Value(), Value::Null(), Value::Nothing()}) {
+  Value number = 1;
+  for (const Value& params :
+       {number, number.Reference(), Value(L"a"), Value(), Value::Null(), Value::Nothing()}) {
     EXPECT_ZEP_ERROR(Copy({kNone, kNone, kNone, params}), zepErrBadCall, L"Messages");
     EXPECT_ZEP_ERROR(Take({L"a", kNone, kNone, params}), zepErrBadCall, L"Messages");
     // Before the time is looked at.

@@ -162,6 +162,29 @@ TEST_P(MessagesTest, ItemIsTheDefaultMember) {
   EXPECT_EQ(Object(result.raw().pdispVal, GetParam()).Get(L"Message"), L"a");
 }
 
+TEST_P(MessagesTest, WithoutPostingIndexAnIndexIsAPostingIndex) {
+  const Value none = Value::Missing();
+  for (const wchar_t* text : {L"a", L"b", L"c"}) EXPECT_OK(board_.Call(L"Add", {text}));
+  EXPECT_EQ(board_.GetObject(L"Item", {1, none}).Get(L"Message"), L"b");
+  EXPECT_OK(board_.Call(L"Remove", {1, none}));
+  EXPECT_EQ(IndexesOf(board_), (Indexes{0, 2}));
+  EXPECT_OK(board_.Call(L"Remove", {0}));
+  EXPECT_EQ(IndexesOf(board_), (Indexes{2}));
+}
+
+TEST_P(MessagesTest, OnlyTheMessageIsRequired) {
+  const Value none = Value::Missing();
+  EXPECT_OK(board_.Call(L"Add", {L"a", none, L"destination", none}));
+  EXPECT_EQ(board_.GetObject(L"Last").Get(L"Source"), Value::Null());
+  EXPECT_EQ(board_.GetObject(L"Last").Get(L"Destination"), L"destination");
+  EXPECT_OK(board_.Call(L"Add", {L"a", Value(), Value::Null()}));
+  EXPECT_EQ(board_.GetObject(L"Last").Get(L"Source"), Value());
+  EXPECT_EQ(board_.GetObject(L"Last").Get(L"Destination"), Value::Null());
+  if (GetParam() == client::Binding::kVtable) return;
+  EXPECT_FALSE(board_.Call(L"Add").ok());
+  EXPECT_EQ(board_.Get(L"Count"), 2);
+}
+
 TEST_P(MessagesTest, FirstAndLast) {
   EXPECT_ZEP_ERROR(board_.Get(L"First"), zepErrBadCallContext, L"Messages");
   EXPECT_ZEP_ERROR(board_.Get(L"Last"), zepErrBadCallContext, L"Messages");

@@ -33,6 +33,19 @@ Next
 Check "For Each over a list", joined, "startAbcd"
 Set list.Items = items
 Check "a list takes a collection", list.ListString, "two three;four;five"
+
+' A collection of the script's own: Count and Item are enough.
+Class Pair
+    Public Property Get Count
+        Count = 2
+    End Property
+    Public Function Item(position)
+        Item = "item " & position
+    End Function
+End Class
+Check "a collection of the script's", zepkit.CollectionToList(New Pair, ","), "item 1,item 2"
+Set list.Items = New Pair
+Check "a list takes it", list.ListString, "item 1;item 2"
 Set list.Items = Nothing
 Check "a list takes nothing", list.Count, 0
 

@@ -26,7 +26,8 @@ struct Exception {
 
 [[noreturn]] void RaiseException(EXCEPINFO& info) {
   if (info.pfnDeferredFillIn) info.pfnDeferredFillIn(&info);
-  const HRESULT failed = info.scode != 0 ? info.scode : ToHresult(info.wCode);
+  HRESULT failed = info.scode != 0 ? info.scode : ToHresult(info.wCode);
+  if (failed == S_OK) failed = DISP_E_EXCEPTION;  // a failure that tells no number
   throw Failure{FromHresult(failed), std::u16string(ViewOf(info.bstrSource)),
                 std::u16string(ViewOf(info.bstrDescription))};
 }
@@ -55,13 +56,21 @@ HRESULT Invoke(IDispatch& object, DISPID member, WORD flags, LCID locale, DISPPA
   return object.Invoke(member, IID_NULL, locale, flags, &parameters, result, &exception, &argument);
 }
 
+HRESULT LookUp(IDispatch& object, std::u16string_view name, LCID locale, DISPID* found) {
+  const std::u16string terminated(name);
+  wchar_t* text = MutableText(terminated);
+  *found = DISPID_UNKNOWN;
+  const HRESULT hr = object.GetIDsOfNames(IID_NULL, &text, 1, locale, found);
+  return hr == E_NOTIMPL ? FindExtended(object, name, found) : hr;
+}
+
 ComPtr<IEnumVARIANT> EnumeratorOf(IDispatch& collection) {
   DISPPARAMS none{};
   Variant made;
+  Exception ignored;
   ComPtr<IEnumVARIANT> enumerator;
-  const HRESULT hr = collection.Invoke(DISPID_NEWENUM, IID_NULL, LOCALE_USER_DEFAULT,
-                                       DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, made.Out(),
-                                       nullptr, nullptr);
+  const HRESULT hr = Invoke(collection, DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                            LOCALE_USER_DEFAULT, none, made.Out(), ignored.info);
   const bool object = made.get().vt == VT_UNKNOWN || made.get().vt == VT_DISPATCH;
   if (SUCCEEDED(hr) && object && made.get().punkVal) {
     made.get().punkVal->QueryInterface(IID_PPV_ARGS(&enumerator));
@@ -81,23 +90,31 @@ std::vector<Variant> Enumerate(IEnumVARIANT& enumerator) {
   }
 }
 
+std::int32_t CountOf(IDispatch& collection, DISPID member) {
+  Variant count;
+  try {
+    count = CallMember(collection, member, DISPATCH_PROPERTYGET, LOCALE_USER_DEFAULT);
+  } catch (const Failure& failure) {
+    if (failure.number != FromHresult(DISP_E_MEMBERNOTFOUND)) throw;
+    // Not asked for as either at once: engines take that for a call where the value is no function.
+    count = CallMember(collection, member, DISPATCH_METHOD, LOCALE_USER_DEFAULT);
+  }
+  return ConvertToLong(count.get());
+}
+
 std::vector<Variant> ItemByItem(IDispatch& collection) {
   constexpr LCID kLocale = LOCALE_USER_DEFAULT;
-  constexpr WORD kRead = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
-  OLECHAR count_name[] = L"Count", item_name[] = L"Item";
-  OLECHAR* names[] = {count_name, item_name};
-  DISPID count_id = DISPID_UNKNOWN, item_id = DISPID_UNKNOWN;
-  if (FAILED(collection.GetIDsOfNames(IID_NULL, &names[0], 1, kLocale, &count_id)) ||
-      FAILED(collection.GetIDsOfNames(IID_NULL, &names[1], 1, kLocale, &item_id))) {
+  DISPID count_id, item_id;
+  if (FAILED(LookUp(collection, u"Count", kLocale, &count_id)) ||
+      FAILED(LookUp(collection, u"Item", kLocale, &item_id))) {
     RaiseRuntimeError(ZepVbErrors298To746::zepVbErrObjectNotACollection);
   }
-  Variant count = CallMember(collection, count_id, kRead, kLocale);
-  const HRESULT hr = VariantChangeType(count.Out(), count.Out(), 0, VT_I4);
-  if (FAILED(hr)) RaiseRefusal(hr);
+  const std::int32_t count = CountOf(collection, count_id);
   std::vector<Variant> items;
-  for (std::int32_t i = 1; i <= count.get().lVal; ++i) {
-    const Variant index(i);
-    items.push_back(CallMember(collection, item_id, kRead, kLocale, {&index.get(), 1}));
+  for (std::int64_t i = 1; i <= count; ++i) {
+    const Variant index(static_cast<std::int32_t>(i));
+    items.push_back(CallMember(collection, item_id, DISPATCH_METHOD | DISPATCH_PROPERTYGET, kLocale,
+                               {&index.get(), 1}));
   }
   return items;
 }
@@ -105,11 +122,8 @@ std::vector<Variant> ItemByItem(IDispatch& collection) {
 }  // namespace
 
 DISPID FindMember(IDispatch& object, std::u16string_view name, LCID locale) {
-  const std::u16string terminated(name);
-  wchar_t* text = MutableText(terminated);
   DISPID found = DISPID_UNKNOWN;
-  HRESULT hr = object.GetIDsOfNames(IID_NULL, &text, 1, locale, &found);
-  if (hr == E_NOTIMPL) hr = FindExtended(object, name, &found);
+  const HRESULT hr = LookUp(object, name, locale, &found);
   if (FAILED(hr)) RaiseRefusal(hr);
   return found;
 }

@@ -87,9 +87,10 @@ std::int32_t FromHresult(HRESULT failed) noexcept {
     case DISP_E_BADPARAMCOUNT:
       return static_cast<std::int32_t>(zepVbErrWrongNumberOfArgumentsOrInvalidPropertyAssignment);
     default:
-      return HRESULT_FACILITY(failed) == FACILITY_CONTROL && FAILED(failed) ? HRESULT_CODE(failed)
-                                                                            : failed;
+      break;
   }
+  const bool runtime = FAILED(failed) && HRESULT_FACILITY(failed) == FACILITY_CONTROL;
+  return runtime && HRESULT_CODE(failed) != 0 ? HRESULT_CODE(failed) : failed;
 }
 
 void RaiseRefusal(HRESULT refused) {
