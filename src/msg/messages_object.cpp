@@ -8,13 +8,25 @@ namespace zepkit10 {
 
 using enum ZepErrors;
 
+namespace {
+
+constexpr int kMaxPostingsRunning = 64;  // of handlers that post, to handlers that post …
+
+}  // namespace
+
 Messages::Messages() : AutomationObject(&events_) {}
 
 Messages::~Messages() = default;
 
 void Messages::Add(const VARIANT& Message, const VARIANT& Source, const VARIANT& Destination,
                    const VARIANT& Params) {
-  events_.NewMessage(list_.Post(MakeMessageRecord(Message, Source, Destination, Params)));
+  if (postings_running_ == kMaxPostingsRunning) {
+    RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace);
+  }
+  const std::int32_t index = list_.Post(MakeMessageRecord(Message, Source, Destination, Params));
+  ++postings_running_;
+  events_.NewMessage(index);
+  --postings_running_;
 }
 
 Ref<Message> Messages::First() {

@@ -17,6 +17,7 @@ class Messages final : public AutomationObject<Messages, MessagesShim> {
   Messages();
   ~Messages() override;
 
+  /// Error 28 where handlers of `NewMessage` post within each other without end.
   void Add(const VARIANT& Message, const VARIANT& Source, const VARIANT& Destination,
            const VARIANT& Params);
   std::int32_t Count() const { return list_.Count(); }
@@ -41,6 +42,7 @@ class Messages final : public AutomationObject<Messages, MessagesShim> {
  private:
   MessagesEvents events_{*this};
   PostingList<MessageRecord> list_;
+  int postings_running_ = 0;
 };
 
 }  // namespace zepkit10

@@ -126,6 +126,7 @@ void ArrayCopy::AppendElement(const VARIANT& element) {
                                            VARIANT_ALPHABOOL, type_);
     if (FAILED(hr)) RaiseRefusal(hr);
   }
+  if (IsObjectType(type_)) Narrow(&value);
   VARIANT owned = value.Detach();
   if (type_ == VT_DECIMAL) {
     owned.decVal.wReserved = 0;  // shares its place with the type
@@ -133,6 +134,18 @@ void ArrayCopy::AppendElement(const VARIANT& element) {
   } else {
     CopyMemory(NextPlace(), &owned.byref, array_.get()->cbElements);
   }
+}
+
+/// A typed array of objects holds pointers to its own interface, through which clients call.
+void ArrayCopy::Narrow(Variant* object) const {
+  IID iid;
+  IUnknown* const given = object->get().punkVal;
+  if (!given || FAILED(SafeArrayGetIID(array_.get(), &iid))) return;
+  if (iid == IID_IUnknown || iid == IID_IDispatch) return;
+  void* narrowed = nullptr;
+  if (FAILED(given->QueryInterface(iid, &narrowed))) RaiseRuntimeError(zepVbErrTypeMismatch);
+  object->Out()->punkVal = static_cast<IUnknown*>(narrowed);
+  given->Release();
 }
 
 void ArrayCopy::AppendRecord(const VARIANT& element) {

@@ -61,7 +61,8 @@ class ArrayCopy {
   ArrayCopy(const ArrayArgument& model, std::int64_t lower_bound, std::int64_t count);
 
   /// Appends elements from a position on, converted by the platform where their type is another:
-  /// error 13 or 6 for one that cannot be. There must be room for them.
+  /// error 13 or 6 for one that cannot be, 13 too for an object without the interface of a typed
+  /// array. There must be room for them.
   void Append(const ArrayElements& source, std::int64_t position, std::int64_t count);
   void Append(const ArrayElements& source) { Append(source, 0, source.Count()); }
 
@@ -70,6 +71,7 @@ class ArrayCopy {
  private:
   void AppendElement(const VARIANT& element);
   void AppendRecord(const VARIANT& element);
+  void Narrow(Variant* object) const;
   BYTE* NextPlace() const;
 
   VARTYPE type_;

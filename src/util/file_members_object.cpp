@@ -53,10 +53,10 @@ std::size_t RootLength(std::u16string_view path) {
 
 std::int32_t FileMembers::GetFiles(std::u16string_view Path, std::u16string_view FileSpec,
                                    SAFEARRAY** Files, bool Recursive) {
-  CheckReplaceable(*Files);
   const auto found = FilesIn(DirectoryName(Path), FileSpec, Recursive);
   if (!found) return -1;
   if (found->empty()) return 0;
+  CheckReplaceable(*Files);
   SafeArray array = ArrayOf(*found);
   if (FAILED(SafeArrayDestroy(*Files))) RaiseRuntimeError(zepVbErrArrayFixedOrLocked);
   *Files = array.Detach();

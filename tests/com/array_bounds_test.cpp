@@ -105,6 +105,23 @@ TEST_P(ArrayBoundsTest, WhatHasNoBoundsGivesTheFallback) {
   }
 }
 
+TEST_P(ArrayBoundsTest, AnArrayThatIsOnlyDescribedHasNoElements) {
+  Value described = Unallocated(VT_I4);
+  SAFEARRAY*& array = described.raw().parray;
+  ASSERT_EQ(S_OK, SafeArrayAllocDescriptorEx(VT_I4, 1, &array));
+  array->rgsabound[0] = {5, 2};
+  EXPECT_EQ(root_.Call(L"IsArrayEmpty", {described.Reference()}), true);
+  EXPECT_EQ(root_.Call(L"IsArrayStatic", {described.Reference()}), false);
+  EXPECT_EQ(Lower(described.Reference(), 77), 77);
+  EXPECT_EQ(Upper(described.Reference(), 77), 77);
+  const Value longs = Longs(1, 2);
+  value_array::ExpectUnallocated(root_.Call(L"CutArray", {described.Reference(), 2, 1}), VT_I4);
+  value_array::ExpectUnallocated(root_.Call(L"TransformArray", {described.Reference(), 1}), VT_I4);
+  value_array::Expect(root_.Call(L"MergeArrays", {described.Reference(), longs, 1}), VT_I4, 1,
+                      {7, 7});
+  array->rgsabound[0] = {0, 2};
+}
+
 TEST_P(ArrayBoundsTest, AnAllocatedArrayWithoutElementsHasItsRealBounds) {
   EXPECT_EQ(Lower(Longs(5, 0), 77), 5);
   EXPECT_EQ(Upper(Longs(5, 0), 77), 4);

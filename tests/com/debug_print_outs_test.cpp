@@ -26,7 +26,7 @@ class DebugPrintOutsTest : public BothBindings {
     return outs_.CallObject(L"Add", {Value(&target), call, type});
   }
   /// Asserts that a target is refused and leaves nothing behind.
-  void ExpectRefused(const Value& object, const wchar_t* call, int type) const {
+  void ExpectRefused(const Value& object, const std::wstring& call, int type) const {
     const Value count = outs_.Get(L"Count").value;
     EXPECT_ZEP_ERROR(outs_.Call(L"Add", {object, call, type}), zepErrBadCall, L"DebugPrintOuts");
     EXPECT_EQ(outs_.Get(L"Count"), count);
@@ -107,6 +107,10 @@ TEST_P(DebugPrintOutsTest, AddRefusesWhatIsNotUsable) {
     ExpectRefused(Value::Nothing(), L"Text", type);
     ExpectRefused(Value(&target_), L"NoSuchMember", type);
     ExpectRefused(Value(&target_), L"", type);
+    ExpectRefused(
+        Value(&target_),
+        std::wstring(type == kMethod ? L"PrintLine\0x" : L"Text\0x", type == kMethod ? 11 : 6),
+        type);
   }
   ExpectRefused(Value(&target_), L"PrintLine", kGetLet);
   ExpectRefused(Value(&target_), L"PrintLine", kLet);

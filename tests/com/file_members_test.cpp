@@ -57,6 +57,12 @@ TEST_P(FileMembersTest, GetSubDirTakesPathsWithAndWithoutBackslash) {
   EXPECT_EQ(SubDir(folder_ / L"d\\", 1), L"d");
 }
 
+TEST_P(FileMembersTest, GetSubDirOfNoPathIsOfTheRoot) {
+  const Outcome first = SubDir(L"\\", 1);
+  EXPECT_EQ(SubDir(L"", 1), first.value);
+  EXPECT_NE(first.value, Value(L""));
+}
+
 TEST_P(FileMembersTest, GetSubDirCountsHiddenDirectories) {
   folder_.Directory(L"hidden");
   folder_.SetAttributes(L"hidden", FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);

@@ -190,6 +190,17 @@ TEST_P(GetFilesTest, PatternsAreTheSystems) {
   EXPECT_EQ(names(L"."), Texts{});
 }
 
+TEST_P(GetFilesTest, NamesFollowTheDirectoryWhateverThePatternSays) {
+  folder_.Directory(L"sub");
+  folder_.File(L"sub\\b.txt");
+  EXPECT_EQ(List(folder_.path(), L"sub\\*.txt"), In(L"", {L"b.txt"}));
+}
+
+TEST_P(GetFilesTest, NoPathIsTheRootOfTheDrive) {
+  EXPECT_EQ(List(L"", L"*"), List(L"\\", L"*"));
+  EXPECT_EQ(Call(L"", L"*.zepkit10", TextVariable().Reference(), false), 0);
+}
+
 TEST_P(GetFilesTest, SubdirectoriesNeedNotMatch) {
   folder_.Nest(L"deep", 3);
   folder_.File(L"deep\\deep\\deep\\a.txt");
@@ -281,6 +292,17 @@ TEST_P(GetFilesTest, LockedAndFixedArraysAreRefused) {
     before->fFeatures &= static_cast<USHORT>(~feature);
   }
   EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), false), 1);
+}
+
+TEST_P(GetFilesTest, NothingFoundAsksNothingOfTheArray) {
+  if (root_.binding() == Binding::kDispatch) return;  // refused before the member is called
+  TextVariable files(SafeArrayCreateVector(VT_BSTR, 1, 2));
+  SafeArrayLock(files.array());
+  files.array()->fFeatures |= FADF_FIXEDSIZE;
+  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), true), 0);
+  EXPECT_EQ(Call(folder_ / L"missing", L"*", files.Reference(), true), -1);
+  files.array()->fFeatures &= static_cast<USHORT>(~FADF_FIXEDSIZE);
+  SafeArrayUnlock(files.array());
 }
 
 TEST_P(GetFilesTest, FillsTheVariableOfAScript) {

@@ -3,6 +3,7 @@
 
 #include "com/both_roots.h"
 #include "com/german_user.h"
+#include "com/meddler.h"
 #include "com/value_array.h"
 
 namespace {
@@ -160,6 +161,20 @@ TEST_P(MaxMinTest, ObjectsCountByTheirDefaultValue) {
   EXPECT_EQ(Max({3, counter, 5}), counter);
   EXPECT_EQ(Min({3, counter, 5}), 3);
   EXPECT_EQ(Max({Make(VT_DISPATCH, 0, {counter}), 9}), 9);
+}
+
+TEST_P(MaxMinTest, ArraysCannotBeTakenAwayMeanwhile) {
+  Value array;
+  Meddler meddler([&] {
+    EXPECT_EQ(DISP_E_ARRAYISLOCKED, SafeArrayDestroy(array.raw().parray));
+    VariantClear(static_cast<VARIANT*>(array.raw().parray->pvData));
+  });
+  array = Variants(0, {Value(&meddler), 5});
+  EXPECT_EQ(Max({6, array.Reference(), 3}), Value(&meddler));
+  array = Variants(0, {Value(&meddler), 8});
+  EXPECT_EQ(Max({6, array.Reference(), 3}), 8);
+  EXPECT_EQ(0u, array.raw().parray->cLocks);
+  EXPECT_EQ(1u, meddler.references);
 }
 
 TEST_P(MaxMinTest, WhatIsNotNumericIsRefused) {

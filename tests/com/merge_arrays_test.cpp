@@ -1,5 +1,6 @@
 // MergeArrays of both roots.
 #include "com/both_roots.h"
+#include "com/meddler.h"
 #include "com/value_array.h"
 
 namespace {
@@ -84,6 +85,55 @@ TEST_P(MergeArraysTest, ObjectsAndTheirDefaultValues) {
   Expect(Merge(Make(VT_DISPATCH, 0, {Value::Nothing()}), Variants(0, {counter}), 0), VT_DISPATCH, 0,
          {Value::Nothing(), counter});
   Expect(Merge(Make(VT_I4, 0, {1}), Make(VT_DISPATCH, 0, {counter}), 0), VT_I4, 0, {1, 42});
+}
+
+/// An array of one element that promises an interface, as typed arrays of objects do.
+Value Typed(REFIID iid, const Value& object) {
+  Value value = Unallocated(VT_DISPATCH);
+  SAFEARRAYBOUND bound{1, 0};
+  value.raw().parray = SafeArrayCreateEx(VT_DISPATCH, 1, &bound, const_cast<IID*>(&iid));
+  LONG index = 0;
+  EXPECT_EQ(S_OK, SafeArrayPutElement(value.raw().parray, &index, object.raw().pdispVal));
+  return value;
+}
+
+TEST_P(MergeArraysTest, ATypedArrayOfObjectsKeepsItsInterface) {
+  const Value counter(component::Create<IDispatch>(CLSID_Counter).Get());
+  const Value other(component::Create<IDispatch>(CLSID_Counter).Get());
+  const Value list(component::Create<IDispatch>(CLSID_List).Get());
+  const Value typed = Typed(IID__Counter, counter);
+  const client::Outcome merged = Merge(typed, Variants(0, {other, Value::Nothing()}), 0);
+  Expect(merged, VT_DISPATCH, 0, {counter, other, Value::Nothing()});
+  IID iid{};
+  EXPECT_EQ(S_OK, SafeArrayGetIID(merged.value.raw().parray, &iid));
+  EXPECT_EQ(IID__Counter, iid);
+  EXPECT_ERROR(Merge(typed, Variants(0, {list}), 0), 13, Source(), L"Type mismatch");
+  EXPECT_ERROR(Merge(typed, Make(VT_DISPATCH, 0, {list}), 0), 13, Source(), L"Type mismatch");
+  Expect(Merge(Make(VT_DISPATCH, 0, {list}), typed, 0), VT_DISPATCH, 0, {list, counter});
+}
+
+TEST_P(MergeArraysTest, SourcesCannotBeTakenAwayMeanwhile) {
+  Value source;
+  int asked = 0;
+  Meddler meddler([&] {
+    ++asked;
+    EXPECT_EQ(DISP_E_ARRAYISLOCKED, SafeArrayDestroy(source.raw().parray));
+    SAFEARRAYBOUND shorter{1, 0};
+    EXPECT_EQ(DISP_E_ARRAYISLOCKED, SafeArrayRedim(source.raw().parray, &shorter));
+  });
+  source = Variants(0, {Value(&meddler), 2});
+  Expect(Merge(Make(VT_I4, 0, {1}), source.Reference(), 0), VT_I4, 0, {1, 7, 2});
+  Expect(Merge(Unallocated(VT_I4), source.Reference(), 0), VT_I4, 0, {7, 2});
+  EXPECT_EQ(2, asked);
+  EXPECT_EQ(0u, source.raw().parray->cLocks);
+}
+
+TEST_P(MergeArraysTest, AnElementMayBeReplacedWhileItIsRead) {
+  Value source;
+  Meddler meddler([&] { VariantClear(static_cast<VARIANT*>(source.raw().parray->pvData)); });
+  source = Variants(0, {Value(&meddler), 2});
+  Expect(Merge(Make(VT_I4, 0, {1}), source.Reference(), 0), VT_I4, 0, {1, 7, 2});
+  EXPECT_EQ(1u, meddler.references);
 }
 
 TEST_P(MergeArraysTest, WhatCannotBeConvertedIsRefused) {

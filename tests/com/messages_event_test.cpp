@@ -49,6 +49,20 @@ TEST_P(MessagesEventTest, AHandlerCanReadTheMessage) {
   EXPECT_EQ(Events{Posted(0)}, sink->events());
 }
 
+TEST_P(MessagesEventTest, HandlersThatPostForEverAreStopped) {
+  client::Outcome innermost;
+  const auto sink = Listen([&](const Event&) {
+    const auto outcome = board_.Call(L"Add", {L"again"});
+    if (!outcome.ok()) innermost = outcome;
+    return S_OK;
+  });
+  EXPECT_OK(board_.Call(L"Add", {L"first"}));
+  EXPECT_ERROR(innermost, 28, L"Zepkit10.Messages", L"Out of stack space");
+  EXPECT_EQ(board_.Get(L"Count"), 64);
+  sink->Disconnect();
+  EXPECT_OK(board_.Call(L"Add", {L"afterwards"}));
+}
+
 TEST_P(MessagesEventTest, AHandlerMayRemoveTheMessage) {
   const auto sink = Listen([&](const Event& event) {
     EXPECT_OK(board_.Call(L"Remove", {event.arguments[0]}));

@@ -1,8 +1,14 @@
 // The members of both roots that count variables up and down, complete texts, give tags and beep.
+#include <vector>
+
 #include "com/both_roots.h"
 #include "com/foreign.h"
 #include "com/german_user.h"
+#include "com/import_hook.h"
+#include "com/meddler.h"
 #include "com/value_array.h"
+
+DECLARE_IMPORT(MessageBeep, 4);
 
 namespace {
 
@@ -105,6 +111,17 @@ TEST_P(ScalarMembersTest, ObjectsCountByTheirDefaultValue) {
   EXPECT_EQ(counter.Get(L"Value"), 7);
 }
 
+TEST_P(ScalarMembersTest, AVariableMayChangeMeanwhile) {
+  Value what = 5;
+  Meddler meddler([&] { what = L"changed"; });
+  EXPECT_EQ(root_.Call(L"Incr", {what.Reference(), Value(&meddler)}), 12.0);
+  EXPECT_EQ(what, Value(12.0));
+  what = Value(&meddler);
+  EXPECT_EQ(root_.Call(L"Decr", {what.Reference(), 1}), 6.0);
+  EXPECT_EQ(what, Value(6.0));
+  EXPECT_EQ(1u, meddler.references);
+}
+
 TEST_P(ScalarMembersTest, OperandsMustBeNumeric) {
   foreign::VarSet object;
   const Value array = value_array::Variants(0, {1});
@@ -199,6 +216,28 @@ TEST_P(ScalarMembersTest, BothRootsShareTheTags) {
 
 TEST_P(ScalarMembersTest, EveryBeepSounds) {
   for (const int sound : {64, 48, 32, 16, 0, -1}) EXPECT_OK(root_.Call(L"MessageBeep", {sound}));
+}
+
+/// Stands in for the system's sounds.
+std::vector<UINT> beeps;
+template <BOOL result>
+BOOL WINAPI NoteBeep(UINT sound) {
+  beeps.push_back(sound);
+  return result;
+}
+
+TEST_P(ScalarMembersTest, BeepsAreTheSystemsWhateverTheirNumber) {
+  if (!component::IsLinked()) return;
+  beeps.clear();
+  const ImportHook<&__imp_MessageBeep> hook(NoteBeep<TRUE>);
+  for (const int sound : {64, -1, 12345}) EXPECT_OK(root_.Call(L"MessageBeep", {sound}));
+  EXPECT_EQ(std::vector<UINT>({64, 0xFFFFFFFF, 12345}), beeps);
+}
+
+TEST_P(ScalarMembersTest, ABeepThatFailsIsABadCall) {
+  if (!component::IsLinked()) return;
+  const ImportHook<&__imp_MessageBeep> hook(NoteBeep<FALSE>);
+  EXPECT_ROOT_ERROR(root_.Call(L"MessageBeep", {zepMsgTypeHand}), zepErrBadCall);
 }
 
 TEST_P(ScalarMembersTest, GermanTextsReadAsGermanNumbers) {

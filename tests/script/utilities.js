@@ -13,6 +13,8 @@ list.Items = items;
 check("a list takes a collection", list.ListString, "a b,c");
 list.AddItem("z", 1);
 check("an item before the first", list.Item(1), "z");
+list.Items = null;
+check("a list takes nothing", list.Count, 0);
 var pair = { Count: 2, Item: function (position) { return "item " + position; } };
 check("a collection of the script's", zepkit.CollectionToList(pair, ","), "item 1,item 2");
 

@@ -57,9 +57,10 @@ HRESULT Invoke(IDispatch& object, DISPID member, WORD flags, LCID locale, DISPPA
 }
 
 HRESULT LookUp(IDispatch& object, std::u16string_view name, LCID locale, DISPID* found) {
+  *found = DISPID_UNKNOWN;
+  if (name.find(u'\0') != name.npos) return DISP_E_UNKNOWNNAME;  // would be looked up in part
   const std::u16string terminated(name);
   wchar_t* text = MutableText(terminated);
-  *found = DISPID_UNKNOWN;
   const HRESULT hr = object.GetIDsOfNames(IID_NULL, &text, 1, locale, found);
   return hr == E_NOTIMPL ? FindExtended(object, name, found) : hr;
 }

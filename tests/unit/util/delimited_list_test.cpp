@@ -84,6 +84,9 @@ TEST(DelimitedListTest, ComparesExactly) {
   EXPECT_EQ(Split(u"aXbxc", {u"x", u"", u""}), (Items{u"aXb", u"c"}));
   EXPECT_EQ(Split(std::u16string_view(u"a\0b c", 5), {std::u16string_view(u"\0", 1), u"", u""}),
             (Items{u"a", u"b c"}));
+  EXPECT_EQ(Split(u"Qa b", {u" ", u"q", u"q"}), (Items{u"Qa", u"b"}));
+  EXPECT_EQ(Split(u"qa bQ c", {u" ", u"q", u"Q"}), (Items{u"a b", u"c"}));
+  EXPECT_EQ(Join({u"aXb", u"axb"}, {u"x", u"(", u")"}), u"aXbx(axb)");
 }
 
 // Nothing equals the empty text everywhere: every character is a quote then.
