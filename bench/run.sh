@@ -12,6 +12,7 @@ echo
 echo "== The component under Wine"
 tools/wine.sh english regsvr32 /s "$PWD/build/x64/zepkit10.dll"
 tools/wine.sh english build/x64/component_bench.exe | tee build/bench/component.txt
+tools/wine.sh english build/x64/buffer_bench.exe
 
 seconds=$(awk '/seconds/ { print $1 }' build/bench/component.txt)
 start=$(date +%s.%N)

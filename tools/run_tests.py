@@ -6,10 +6,12 @@
 Without a SUITE every one runs. The last line counts: N passed, N failed.
 """
 import argparse
+import contextlib
 import os
 import pathlib
 import subprocess
 import sys
+import tempfile
 import time
 
 from test_results import (Result, googletest_results, program_results, script_results,
@@ -116,30 +118,43 @@ def com_suite(user, gtest_filter, *arguments):
     return suite
 
 
-def run_scripts(run, folder):
-    """Output and exit code of each script in a folder, with the component registered."""
+@contextlib.contextmanager
+def registered(run):
+    """The component is registered, for clients that find it as users' programs do."""
     run.build('x64')
     dll = str(BUILD / 'x64/zepkit10.dll')
     output, code = run.program([WINE, 'english', 'regsvr32', '/s', dll])
     if code:
         raise BuildFailed(f'{output}\nregsvr32 ended with {code}')
+    yield
+    run.program([WINE, 'english', 'regsvr32', '/s', '/u', dll])
+
+
+def run_scripts(run, folder):
+    """Output and exit code of each script in a folder."""
     for path in sorted((ROOT / folder).iterdir()):
         if path.suffix in ('.vbs', '.js'):
             # Script hosts take what begins with a slash for an option.
             yield path, *run.program([WINE, 'english', 'cscript', '//nologo', str(path.relative_to(ROOT))])
-    run.program([WINE, 'english', 'regsvr32', '/s', '/u', dll])
 
 
 def script(run):
-    for path, output, code in run_scripts(run, 'tests/script'):
-        for result in script_results(output, code):
-            yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
+    with registered(run):
+        for path, output, code in run_scripts(run, 'tests/script'):
+            for result in script_results(output, code):
+                yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
 
 
 def samples(run):
     """What each sample prints is compared with the text of its name in tests/samples."""
-    for path, output, code in run_scripts(run, 'samples/vbscript'):
-        yield from transcript_results(path.name, output, code, ROOT / 'tests/samples' / f'{path.stem}.txt')
+    def result(name, output, code):
+        return transcript_results(name, output, code, ROOT / 'tests/samples' / f'{name}.txt')
+    with registered(run):
+        for path, output, code in run_scripts(run, 'samples/vbscript'):
+            yield from result(path.stem, output, code)
+        with tempfile.TemporaryDirectory() as folder:
+            program = str(BUILD / 'x64/document_sample.exe')
+            yield from result('document', *run.program([WINE, 'english', program, f'Z:{folder}/document.txt']))
 
 
 def binary(run):

@@ -4,46 +4,19 @@
 #include <oaidl.h>
 #include <wrl/client.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <functional>
 #include <vector>
 
 #include "../terms.h"
 #include "Zepkit10.h"
+#include "measure.h"
 
 namespace {
 
 using Microsoft::WRL::ComPtr;
 
-constexpr int kRounds = 9;
 constexpr int kEvaluations = 20000;
-
-double Seconds() {
-  LARGE_INTEGER now, frequency;
-  QueryPerformanceCounter(&now);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
-}
-
-double Timed(const std::function<void()>& work) {
-  const double start = Seconds();
-  work();
-  return Seconds() - start;
-}
-
-double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + kRounds / 2, values.end());
-  return values[kRounds / 2];
-}
-
-void Check(HRESULT result, const char* what) {
-  if (SUCCEEDED(result)) return;
-  std::fprintf(stderr, "%s failed: 0x%08lx\n", what, static_cast<unsigned long>(result));
-  std::exit(1);
-}
 
 BSTR Text(const char16_t* text) { return SysAllocString(reinterpret_cast<const wchar_t*>(text)); }
 

@@ -1,6 +1,7 @@
 #include "debug/debug_print_out_object.h"
 
 #include "debug/debug_print_outs_object.h"
+#include "platform/ansi.h"
 #include "platform/automation/late_call.h"
 #include "platform/automation/translate.h"
 
@@ -50,29 +51,6 @@ class LinkedMember {
   DISPID id_;
 };
 
-int LengthOf(int converted) {
-  if (converted <= 0) RaiseRefusal(HRESULT_FROM_WIN32(GetLastError()));
-  return converted;
-}
-
-/// The text through the ANSI code page and back.
-std::u16string InAnsiCharacters(std::u16string_view text) {
-  if (text.empty()) return {};
-  const auto* wide = reinterpret_cast<const wchar_t*>(text.data());
-  const int length = static_cast<int>(text.size());
-  std::string ansi;
-  ansi.resize(static_cast<std::size_t>(
-      LengthOf(WideCharToMultiByte(CP_ACP, 0, wide, length, nullptr, 0, nullptr, nullptr))));
-  const int size = static_cast<int>(ansi.size());
-  WideCharToMultiByte(CP_ACP, 0, wide, length, ansi.data(), size, nullptr, nullptr);
-  std::u16string back;
-  back.resize(static_cast<std::size_t>(
-      LengthOf(MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, nullptr, 0))));
-  MultiByteToWideChar(CP_ACP, 0, ansi.data(), size, MutableText(back),
-                      static_cast<int>(back.size()));
-  return back;
-}
-
 /// A property's value with a text appended.
 Variant Appended(Variant value, std::u16string_view text) {
   const HRESULT hr = VariantChangeTypeEx(value.Out(), value.Out(), LOCALE_USER_DEFAULT,
@@ -108,7 +86,7 @@ ComPtr<IDispatch> DebugPrintOut::LinkedObject() const {
 void DebugPrintOut::PrintText(std::u16string_view Text) {
   EnsureAlive();
   const RunningDelivery running(parent());
-  const std::u16string text = InAnsiCharacters(Text);
+  const std::u16string text = TextOfAnsi(AnsiOf(Text));
   switch (type_) {
     case zepDPOCallTypeGetLet: {
       const LinkedMember member(object_, call_);

@@ -1,5 +1,8 @@
 #include "frame/class_object.h"
 
+#include "buffer/zep_variant_object.h"
+#include "doc/doc_hand_object.h"
+#include "doc/file_dialog_object.h"
 #include "expr/expression_object.h"
 #include "frame/counter_object.h"
 #include "frame/global_object.h"
@@ -19,9 +22,10 @@ Ref<ObjectCore> Create() {
 }
 
 ClassObject class_objects[] = {
-    {kCounterClass, Create<Counter>},   {kExpressionClass, Create<Expression>},
-    {kGlobalClass, Create<Global>},     {kListClass, Create<List>},
-    {kMessagesClass, Create<Messages>},
+    {kCounterClass, Create<Counter>},       {kDocHandClass, Create<DocHand>},
+    {kExpressionClass, Create<Expression>}, {kFileDialogClass, Create<FileDialog>},
+    {kGlobalClass, Create<Global>},         {kListClass, Create<List>},
+    {kMessagesClass, Create<Messages>},     {kZepVariantClass, Create<ZepVariant>},
 };
 
 }  // namespace

@@ -4,12 +4,14 @@
 
 #include <vector>
 
+#include "buffer/buffer_queue_object.h"
 #include "frame/library_object.h"
 
 namespace zepkit10 {
 
 struct Apartment {
   Ref<Library> library;
+  std::weak_ptr<BufferQueue> buffer_queue;  // of the buffers, as long as there are any
   long users = 0;
   bool ended = false;  // no thread leads here any more; it goes with its last user
 
@@ -54,6 +56,13 @@ Ref<Library> GetSharedLibrary() {
   Apartment& apartment = Current();
   if (!apartment.library) apartment.library = Make<Library>();
   return apartment.library;
+}
+
+std::shared_ptr<BufferQueue> GetBufferQueue() {
+  Apartment& apartment = Current();
+  std::shared_ptr<BufferQueue> queue = apartment.buffer_queue.lock();
+  if (!queue) apartment.buffer_queue = queue = std::make_shared<BufferQueue>();
+  return queue;
 }
 
 UserCount::UserCount() : apartment_(Current()) { ++apartment_.users; }

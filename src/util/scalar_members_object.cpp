@@ -8,7 +8,7 @@
 #include "platform/automation/client_variable.h"
 #include "platform/automation/number.h"
 #include "platform/automation/type_name.h"
-#include "platform/code_page.h"
+#include "platform/text_bytes.h"
 #include "util/array_values_object.h"
 #include "util/tag_counter.h"
 
@@ -16,7 +16,6 @@ namespace zepkit10 {
 namespace {
 
 using enum ZepErrors;
-using enum ZepStringType;
 using enum ZepVbErrors3To98;
 
 using Calculation = Variant (*)(const VARIANT&, const VARIANT&);
@@ -33,67 +32,21 @@ Variant Change(VARIANT* what, const VARIANT& by_what, Calculation calculate) {
 
 constinit TagCounter tags;
 
-/// Low byte first.
-std::string Utf16Bytes(std::u16string_view text) {
-  std::string bytes;
-  bytes.reserve(text.size() * 2);
-  for (const char16_t unit : text) {
-    bytes += static_cast<char>(unit & 0xFF);
-    bytes += static_cast<char>(unit >> 8);
-  }
-  return bytes;
-}
-
-/// Characters from U+8000 on overflow, which clients rely on.
-std::u16string Utf16Text(std::string_view bytes) {
-  std::u16string text;
-  text.reserve(bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto low = static_cast<std::uint8_t>(bytes[i]);
-    const auto high = static_cast<std::uint8_t>(bytes[i + 1]);
-    if (high >= 0x80) RaiseRuntimeError(zepVbErrOverflow);
-    text += static_cast<char16_t>(low | high << 8);
-  }
-  return text;
-}
-
 /// The bytes from index 1 on, whatever the array's lower bound is.
-std::string_view BytesFromOne(const ArrayAccess& bytes, std::int64_t count) {
+std::span<const std::uint8_t> BytesFromOne(const ArrayAccess& bytes, std::int64_t count) {
   if (count <= 0) return {};
-  const auto* first = static_cast<const char*>(bytes.At(1));
-  return {first, static_cast<std::size_t>(count)};
-}
-
-std::u16string DecodeOem(std::string_view bytes) {
-  std::string ansi(bytes);
-  ConvertOemToAnsi(ansi);
-  return TextOfBytes(ansi, kAnsiCodePage);
-}
-
-std::string Encode(std::u16string_view text, ZepStringType type) {
-  if (type == zepSTUnicode) return Utf16Bytes(text);
-  if (type != zepSTAscii && type != zepSTAnsi) RaiseInCalledClass(zepErrBadCall);
-  std::string bytes = BytesOf(text, kAnsiCodePage);
-  if (type == zepSTAscii) ConvertAnsiToOem(bytes);
-  return bytes;
+  return {static_cast<const std::uint8_t*>(bytes.At(1)), static_cast<std::size_t>(count)};
 }
 
 }  // namespace
 
-std::u16string ScalarMembers::ByteArrayToString(SAFEARRAY** ByteArray, ZepStringType StringType) {
-  if (IsEmpty(*ByteArray)) return {};
+Bstr ScalarMembers::ByteArrayToString(SAFEARRAY** ByteArray, ZepStringType StringType) {
+  if (IsEmpty(*ByteArray)) return Bstr(0);
   const ArrayAccess bytes(*ByteArray);
   if ((*ByteArray)->cbElements != 1) RaiseRuntimeError(zepVbErrTypeMismatch);
-  switch (StringType) {
-    case zepSTAscii:
-      return DecodeOem(BytesFromOne(bytes, bytes.UpperBound()));
-    case zepSTAnsi:
-      return TextOfBytes(BytesFromOne(bytes, bytes.UpperBound()), kAnsiCodePage);
-    case zepSTUnicode:
-      return Utf16Text(BytesFromOne(bytes, bytes.UpperBound() / 2 * 2));
-    default:
-      RaiseInCalledClass(zepErrBadCall);
-  }
+  const bool pairs = IsUtf16(StringType);
+  const std::int64_t count = bytes.UpperBound();
+  return Decode(BytesFromOne(bytes, pairs ? count / 2 * 2 : count), StringType);
 }
 
 Variant ScalarMembers::Decr(VARIANT* What, const VARIANT& ByWhat) {
@@ -120,10 +73,10 @@ std::u16string ScalarMembers::NewTag() { return tags.Next(); }
 SafeArray ScalarMembers::StringToByteArray(std::u16string_view StringToConv,
                                            ZepStringType StringType) {
   if (StringToConv.empty()) return {};
-  const std::string bytes = Encode(StringToConv, StringType);
-  CheckUpperBound(static_cast<std::int64_t>(bytes.size()));
-  SafeArray array = SafeArray::Create(VT_UI1, 1, static_cast<ULONG>(bytes.size()));
-  std::copy(bytes.begin(), bytes.end(), array.Elements<char>());
+  const std::size_t size = EncodedSize(StringToConv, StringType);
+  CheckUpperBound(static_cast<std::int64_t>(size));
+  SafeArray array = SafeArray::Create(VT_UI1, 1, static_cast<ULONG>(size));
+  Encode(StringToConv, StringType, array.Elements<std::uint8_t>());
   return array;
 }
 

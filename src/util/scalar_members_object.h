@@ -8,6 +8,7 @@
 
 #include "enums.h"
 #include "platform/automation/safe_array.h"
+#include "platform/automation/string.h"
 #include "platform/automation/variant.h"
 
 namespace zepkit10 {
@@ -15,7 +16,7 @@ namespace zepkit10 {
 /// The members of `Library` and `Global` that work on single values and strings.
 class ScalarMembers {
  public:
-  static std::u16string ByteArrayToString(SAFEARRAY** ByteArray, ZepStringType StringType);
+  static Bstr ByteArrayToString(SAFEARRAY** ByteArray, ZepStringType StringType);
   static Variant Decr(VARIANT* What, const VARIANT& ByWhat);
   static std::u16string FinalizeString(std::u16string_view Source, std::u16string_view FinalString);
   static Variant Incr(VARIANT* What, const VARIANT& ByWhat);

@@ -5,7 +5,7 @@ import subprocess
 import unittest
 
 BUILD = pathlib.Path(__file__).resolve().parents[2] / 'build'
-SYSTEM = {'advapi32', 'gdi32', 'kernel32', 'msvcrt', 'ole32', 'oleaut32', 'user32'}
+SYSTEM = {'advapi32', 'comdlg32', 'gdi32', 'kernel32', 'msvcrt', 'ole32', 'oleaut32', 'user32'}
 EXPORTS = {'DllCanUnloadNow', 'DllGetClassObject', 'DllRegisterServer', 'DllUnregisterServer'}
 RELOCATABLE, NO_EXECUTE, HIGH_ENTROPY = 0x40, 0x100, 0x20
 

@@ -2,7 +2,7 @@
 #include "com/both_roots.h"
 #include "com/german_user.h"
 #include "com/value_array.h"
-#include "platform/code_page.h"
+#include "platform/text_bytes.h"
 
 namespace {
 
@@ -170,16 +170,15 @@ RUN_WITH_BOTH_ROOTS(ByteArrayTest);
 
 TEST(CodePageTest, DoubleByteCodePagesStayByteByByte) {
   constexpr unsigned kJapanese = 932;
-  EXPECT_EQ(zepkit10::BytesOf(u"a\u3042\uFF71b", kJapanese),
-            "a?\xB1"
-            "b");
-  EXPECT_EQ(zepkit10::TextOfBytes("a\xB1"
-                                  "b",
-                                  kJapanese),
-            u"a\uFF71b");
-  EXPECT_EQ(zepkit10::TextOfBytes("\x82\xA0", kJapanese).size(), 2u);
-  EXPECT_EQ(zepkit10::BytesOf(u"a\u00E4", CP_UTF8), "a?");
-  EXPECT_EQ(zepkit10::TextOfBytes("a\xE4", CP_UTF8), u"a?");
+  const auto page = zepkit10::ReadCodePage(kJapanese);
+  EXPECT_EQ('a', page->to_byte[u'a']);
+  EXPECT_EQ('?', page->to_byte[0x3042]) << "two bytes there";
+  EXPECT_EQ(0xB1, page->to_byte[0xFF71]);
+  EXPECT_EQ(u'a', page->to_unit['a']);
+  EXPECT_EQ(u'\uFF71', page->to_unit[0xB1]);
+  const auto utf8 = zepkit10::ReadCodePage(CP_UTF8);
+  EXPECT_EQ('?', utf8->to_byte[0xE4]);
+  EXPECT_EQ(u'?', utf8->to_unit[0xE4]);
 }
 
 }  // namespace

@@ -38,6 +38,7 @@ template <class T>
 requires(std::is_arithmetic_v<T> || std::is_enum_v<T>) T ToAbi(T value) { return value; }
 inline VARIANT_BOOL ToAbi(bool flag) { return flag ? VARIANT_TRUE : VARIANT_FALSE; }
 inline BSTR ToAbi(const std::u16string& text) { return MakeBstr(text); }
+inline BSTR ToAbi(Bstr text) { return text.Detach(); }
 inline VARIANT ToAbi(Variant value) { return value.Detach(); }
 inline SAFEARRAY* ToAbi(SafeArray array) { return array.Detach(); }
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace zepkit10 {
 
@@ -36,5 +37,27 @@ inline BSTR MakeBstr(std::u16string_view text) {
   if (!made) throw std::bad_alloc();
   return made;
 }
+
+/// A BSTR on its way to a client, to be filled in place.
+class Bstr {
+ public:
+  /// `std::bad_alloc` where there is no room for so many UTF-16 units.
+  explicit Bstr(std::size_t length)
+      : text_(length <= kMaxLength ? SysAllocStringLen(nullptr, static_cast<UINT>(length))
+                                   : nullptr) {
+    if (!text_) throw std::bad_alloc();
+  }
+  Bstr(Bstr&& other) noexcept : text_(std::exchange(other.text_, nullptr)) {}
+  ~Bstr() { SysFreeString(text_); }
+  Bstr& operator=(const Bstr&) = delete;
+
+  char16_t* data() { return reinterpret_cast<char16_t*>(text_); }
+  BSTR Detach() noexcept { return std::exchange(text_, nullptr); }
+
+ private:
+  static constexpr std::size_t kMaxLength = 0x7FFFFFFF / sizeof(wchar_t) - 3;
+
+  BSTR text_;
+};
 
 }  // namespace zepkit10

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+#include <vector>
+
+/// What the benchmarks of the component share: everything is a ratio of medians over rounds that
+/// take turns.
+inline constexpr int kRounds = 9;
+
+inline double Seconds() {
+  LARGE_INTEGER now, frequency;
+  QueryPerformanceCounter(&now);
+  QueryPerformanceFrequency(&frequency);
+  return static_cast<double>(now.QuadPart) / static_cast<double>(frequency.QuadPart);
+}
+
+inline double Timed(const std::function<void()>& work) {
+  const double start = Seconds();
+  work();
+  return Seconds() - start;
+}
+
+inline double Median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + kRounds / 2, values.end());
+  return values[kRounds / 2];
+}
+
+inline void Check(HRESULT result, const char* what) {
+  if (SUCCEEDED(result)) return;
+  std::fprintf(stderr, "%s failed: 0x%08lx\n", what, static_cast<unsigned long>(result));
+  std::exit(1);
+}
