@@ -87,9 +87,9 @@ std::optional<Edit> Ripple::TakeOverFromParent(ZepVariant& view, const Step& ste
   const ZepVariant& parent = *step.buffer;
   RangeLink& link = *view.link_;
   const bool view_is_known = link.view_version == view.version_;
-  if (view_is_known && link.parent_version == parent.version_) return std::nullopt;
   const Slice before = view.range_;
-  view.range_ = Clamp(before, parent.ByteLength());
+  view.range_ = Clamp(before, parent.ByteLength());  // moves an empty view from behind the end
+  if (view_is_known && link.parent_version == parent.version_) return std::nullopt;
   const bool edit_is_all = step.edit && view_is_known &&
                            link.parent_version + 1 == parent.version_ &&
                            step.version == parent.version_;

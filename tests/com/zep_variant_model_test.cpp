@@ -221,7 +221,7 @@ TEST_P(ZepVariantModelTest, BehavesAsTheRulesRead) {
 
 TEST_P(ZepVariantModelTest, HandlersThatWriteAreInStepToo) {
   constexpr std::size_t kCount = 6;
-  for (int round = 0; round < 300 && !HasFailure(); ++round) {
+  for (int round = 0; round < 2000 && !HasFailure(); ++round) {
     SCOPED_TRACE(round);
     std::vector<std::unique_ptr<Pair>> pairs;
     Actions real(40), modelled;  // last first
