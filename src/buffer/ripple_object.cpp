@@ -46,7 +46,7 @@ void Ripple::Run() {
   }
 }
 
-void Ripple::Enter(ZepVariant& buffer, const Edit& edit, const ZepVariant* skipped,
+void Ripple::Enter(ZepVariant& buffer, const std::optional<Edit>& edit, const ZepVariant* skipped,
                    std::int32_t posting) {
   Step step{Ref<ZepVariant>(&buffer), edit, buffer.version_, {}, false, posting};
   step.views.reserve(buffer.views_.size());
@@ -70,10 +70,10 @@ void Ripple::Post(const Step& step, ZepVariant& addressee) {
   const std::int32_t posting = queue_.Post(kChange, *sender, addressee);
   try {
     if (addressee.is_range_ && addressee.link_->parent == sender.get()) {
-      const Edit edit = TakeOverFromParent(addressee, step);
+      const std::optional<Edit> edit = TakeOverFromParent(addressee, step);
       if (!addressee.notifying_) return Enter(addressee, edit, sender.get(), posting);
     } else if (sender->is_range_ && sender->link_->parent == &addressee) {
-      const Edit edit = TakeOverFromView(addressee, step);
+      const std::optional<Edit> edit = TakeOverFromView(addressee, step);
       if (!addressee.notifying_) return Enter(addressee, edit, sender.get(), posting);
     }
   } catch (...) {
@@ -83,16 +83,17 @@ void Ripple::Post(const Step& step, ZepVariant& addressee) {
   queue_.Remove(posting);
 }
 
-Edit Ripple::TakeOverFromParent(ZepVariant& view, const Step& step) {
+std::optional<Edit> Ripple::TakeOverFromParent(ZepVariant& view, const Step& step) {
   const ZepVariant& parent = *step.buffer;
   RangeLink& link = *view.link_;
   const bool view_is_known = link.view_version == view.version_;
-  if (view_is_known && link.parent_version == parent.version_) return {1, 0, 0};
   const Slice before = view.range_;
-  view.range_ = Clamp(before, parent.ByteLength());
-  const bool edit_is_all = view_is_known && link.parent_version + 1 == parent.version_ &&
+  view.range_ = Clamp(before, parent.ByteLength());  // moves an empty view from behind the end
+  if (view_is_known && link.parent_version == parent.version_) return std::nullopt;
+  const bool edit_is_all = step.edit && view_is_known &&
+                           link.parent_version + 1 == parent.version_ &&
                            step.version == parent.version_;
-  const Edit edit = edit_is_all ? InView(step.edit, before, view.range_)
+  const Edit edit = edit_is_all ? InView(*step.edit, before, view.range_)
                                 : Edit{1, view.ByteLength(), view.range_.length};
   const Slice changed{view.range_.start - 1 + edit.start, edit.new_length};
   view.ReplaceBytes({edit.start, edit.old_length}, parent.BytesIn(changed));
@@ -101,18 +102,18 @@ Edit Ripple::TakeOverFromParent(ZepVariant& view, const Step& step) {
   return edit;
 }
 
-Edit Ripple::TakeOverFromView(ZepVariant& parent, const Step& step) {
+std::optional<Edit> Ripple::TakeOverFromView(ZepVariant& parent, const Step& step) {
   ZepVariant& view = *step.buffer;
   RangeLink& link = *view.link_;
   const bool parent_is_known = link.parent_version == parent.version_;
-  if (parent_is_known && link.view_version == view.version_) return {1, 0, 0};
+  if (parent_is_known && link.view_version == view.version_) return std::nullopt;
   // A parent that was written while it announced a change may be shorter than its views think.
   const bool within = IsWithin(view.range_, parent.ByteLength());
   const Slice slice = within ? view.range_ : Clamp(view.range_, parent.ByteLength());
-  const bool edit_is_all = within && parent_is_known && link.view_version + 1 == view.version_ &&
-                           step.version == view.version_;
-  const Edit edit =
-      edit_is_all ? InParent(step.edit, slice) : Edit{slice.start, slice.length, view.ByteLength()};
+  const bool edit_is_all = step.edit && within && parent_is_known &&
+                           link.view_version + 1 == view.version_ && step.version == view.version_;
+  const Edit edit = edit_is_all ? InParent(*step.edit, slice)
+                                : Edit{slice.start, slice.length, view.ByteLength()};
   const Slice changed{edit.start - slice.start + 1, edit.new_length};
   parent.ReplaceBytes({edit.start, edit.old_length}, view.BytesIn(changed));
   view.range_ = {slice.start, view.ByteLength()};

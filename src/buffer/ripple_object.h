@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "buffer/buffer_queue_object.h"
@@ -24,7 +25,7 @@ class Ripple {
 
   struct Step {
     Ref<ZepVariant> buffer;
-    Edit edit;
+    std::optional<Edit> edit;                       // the latest; none where the content stayed
     std::uint64_t version;                          // of the content that the edit led to
     std::vector<std::shared_ptr<RangeLink>> views;  // those still to be told, last first
     bool parent_told;
@@ -37,11 +38,13 @@ class Ripple {
   Ripple& operator=(const Ripple&) = delete;
 
   void Run();
-  void Enter(ZepVariant& buffer, const Edit& edit, const ZepVariant* skipped, std::int32_t posting);
+  void Enter(ZepVariant& buffer, const std::optional<Edit>& edit, const ZepVariant* skipped,
+             std::int32_t posting);
   void Leave() noexcept;
   void Post(const Step& step, ZepVariant& addressee);
-  static Edit TakeOverFromParent(ZepVariant& view, const Step& parent);
-  static Edit TakeOverFromView(ZepVariant& parent, const Step& view);
+  /// Each brings the content into step and returns what that changed: nothing where it was already.
+  static std::optional<Edit> TakeOverFromParent(ZepVariant& view, const Step& parent);
+  static std::optional<Edit> TakeOverFromView(ZepVariant& parent, const Step& view);
 
   BufferQueue& queue_;
   std::vector<Step> steps_;

@@ -63,4 +63,44 @@ class VarSet : public Object<_VarSet> {
   HRESULT STDMETHODCALLTYPE Remove(VARIANT) override { return E_NOTIMPL; }
 };
 
+class ZepVariant : public Object<_ZepVariant> {
+ public:
+  HRESULT STDMETHODCALLTYPE get_ByteLength(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_ByteLength(LONG) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE ConnectAsRange(_ZepVariant*, LONG, LONG, VARIANT_BOOL) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE get_DataByte(LONG, unsigned char*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_DataByte(LONG, unsigned char) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_DataBytes(SAFEARRAY**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_DataBytes(SAFEARRAY*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_DataString(BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_DataString(BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DisconnectAsRange() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DisconnectRange(_ZepVariant*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE DisconnectRanges() override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_IsRange(VARIANT_BOOL*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_Range(LONG, LONG, VARIANT_BOOL, _ZepVariant**) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE put_Range(LONG, LONG, VARIANT_BOOL, _ZepVariant*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE putref_Range(LONG, LONG, VARIANT_BOOL, _ZepVariant*) override {
+    return E_NOTIMPL;
+  }
+  HRESULT STDMETHODCALLTYPE get_RangeBytes(LONG, LONG, SAFEARRAY**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_RangeBytes(LONG, LONG, SAFEARRAY*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_RangeLength(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_RangeStart(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_RangeString(LONG, LONG, BSTR*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_RangeString(LONG, LONG, BSTR) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_ReadOnly(VARIANT_BOOL*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_ReadOnly(VARIANT_BOOL) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_StringLength(LONG*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_StringLength(LONG) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE get_StringType(ZepStringType*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE put_StringType(ZepStringType) override { return E_NOTIMPL; }
+};
+
 }  // namespace foreign

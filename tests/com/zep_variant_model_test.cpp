@@ -1,5 +1,6 @@
 // Random operations on a tree of buffers, compared with the plain reading of the rules.
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <random>
 
@@ -20,6 +21,7 @@ struct Model {
   int start = 0, length = 0;
   bool notifying = false;
   int changes = 0;  // how often Change was raised
+  std::function<void()> handler = [] {};
 
   Bytes Cut(int from, int count) const {
     return Bytes(data.begin() + from - 1, data.begin() + from - 1 + count);
@@ -34,15 +36,20 @@ struct Model {
     }
     if (parent) parent->ViewChanged(*this);
     ++changes;
+    handler();
     notifying = false;
   }
-  void ParentChanged() {
+  void Clamp() {
     start = std::max(1, std::min(start, parent->Size()));
     length = std::min(length, parent->Size() - start + 1);
+  }
+  void ParentChanged() {
+    Clamp();
     data = parent->Cut(start, length);
     Announce(parent);
   }
   void ViewChanged(Model& view) {
+    if (view.start - 1 + view.length > Size()) view.Clamp();  // cut while it announced
     Bytes whole = Cut(1, view.start - 1);
     whole.insert(whole.end(), view.data.begin(), view.data.end());
     const Bytes rest = Cut(view.start + view.length, Size() - view.start - view.length + 1);
@@ -150,6 +157,37 @@ class ZepVariantModelTest : public BothBindings {
     return &model == &other || (model.parent && HasAbove(*model.parent, other));
   }
 
+  /// What a handler does: it gives a buffer a length, or a byte at a position.
+  struct Action {
+    std::size_t target;
+    bool cuts;
+    int number;
+
+    void Do(const Object& buffer) const {
+      EXPECT_OK(cuts ? buffer.Let(L"ByteLength", {number})
+                     : buffer.Let(L"DataByte", {number + 1, number}));
+    }
+    void Do(Model& model) const {
+      const auto index = static_cast<std::size_t>(number);
+      if (cuts) {
+        model.data.resize(index);
+      } else {
+        model.data.resize(std::max(index + 1, model.data.size()));
+        model.data[index] = static_cast<unsigned char>(number);
+      }
+      model.Announce();
+    }
+  };
+  using Actions = std::vector<Action>;
+
+  static void Expect(const Pair& pair) {
+    ASSERT_EQ(pair.model.data, BytesOf(pair.buffer.Get(L"DataBytes").value));
+    ASSERT_EQ(static_cast<std::size_t>(pair.model.changes), pair.sink->events().size());
+    if (!pair.model.parent) return;
+    ASSERT_EQ(pair.buffer.Get(L"RangeStart"), pair.model.start);
+    ASSERT_EQ(pair.buffer.Get(L"RangeLength"), pair.model.length);
+  }
+
   std::mt19937 random_{20260131};
 };
 
@@ -176,6 +214,57 @@ TEST_P(ZepVariantModelTest, BehavesAsTheRulesRead) {
         ASSERT_EQ(static_cast<std::size_t>(pair.model.changes), pair.sink->events().size())
             << "round " << round << ", step " << step << ", buffer " << i;
       }
+    }
+    for (const auto& pair : pairs) pair->sink->Disconnect();
+  }
+}
+
+TEST_P(ZepVariantModelTest, HandlersThatWriteAreInStepToo) {
+  constexpr std::size_t kCount = 6;
+  for (int round = 0; round < 2000 && !HasFailure(); ++round) {
+    SCOPED_TRACE(round);
+    std::vector<std::unique_ptr<Pair>> pairs;
+    Actions real(40), modelled;  // last first
+    for (Action& action : real) action = {random_() % kCount, random_() % 2 == 0, UpTo(12)};
+    for (std::size_t i = 0; i < kCount; ++i) {
+      auto pair = std::make_unique<Pair>();
+      pair->buffer = Create(CLSID_ZepVariant);
+      pair->model.data = Bytes(10, static_cast<unsigned char>('a' + i));
+      EXPECT_OK(pair->buffer.Let(L"DataBytes", {ArrayOf(pair->model.data)}));
+      if (i > 0) {
+        Pair& parent = *pairs[random_() % i];
+        const int size = parent.model.Size(), start = UpTo(size) + 1;
+        const int length = UpTo(size - start + 1);
+        EXPECT_OK(pair->buffer.Call(L"ConnectAsRange", {parent.buffer, start, length, true}));
+        parent.model.views.push_back(&pair->model);
+        pair->model.parent = &parent.model;
+        pair->model.start = start, pair->model.length = length;
+        pair->model.data = parent.model.Cut(start, length);
+      }
+      pairs.push_back(std::move(pair));
+    }
+    modelled = real;
+    const auto take = [&](Actions& actions, auto&& act) {
+      if (actions.empty()) return;
+      const Action action = actions.back();
+      actions.pop_back();
+      act(action, *pairs[action.target]);
+    };
+    const auto act_real = [](const Action& action, Pair& pair) { action.Do(pair.buffer); };
+    const auto act_modelled = [](const Action& action, Pair& pair) { action.Do(pair.model); };
+    for (const auto& pair : pairs) {
+      pair->model.handler = [&] { take(modelled, act_modelled); };
+      pair->sink =
+          client::Sink::Connect(pair->buffer.get(), DIID___ZepVariant, [&](const client::Event&) {
+            take(real, act_real);
+            return S_OK;
+          });
+    }
+    while (!real.empty() && !HasFailure()) {
+      take(real, act_real);
+      take(modelled, act_modelled);
+      ASSERT_EQ(real.size(), modelled.size());
+      for (const auto& pair : pairs) Expect(*pair);
     }
     for (const auto& pair : pairs) pair->sink->Disconnect();
   }
