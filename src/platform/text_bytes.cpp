@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <bit>
 #include <numeric>
 
 #include "frame/errors.h"
@@ -11,6 +12,8 @@ namespace zepkit10 {
 namespace {
 
 using enum ZepStringType;
+
+static_assert(std::endian::native == std::endian::little, "UTF-16 is copied, low byte first");
 
 const CodePage& Ansi() {
   static const std::unique_ptr<const CodePage> page = ReadCodePage(CP_ACP);
@@ -39,17 +42,65 @@ const CodePage& Oem() {
 
 const CodePage& PageOf(ZepStringType type) { return type == zepSTAscii ? Oem() : Ansi(); }
 
+// Long texts go by blocks of a fixed size, for which the compiler uses vector instructions.
+constexpr std::size_t kBlock = 64;
+constexpr unsigned kAscii = 0x7F;
+
+/// Widens or narrows each unit of a block; the result is the bits that occurred.
+template <class From, class To>
+From CopyBlock(const From* __restrict from, To* __restrict to) {
+  From bits = 0;
+  for (std::size_t i = 0; i < kBlock; ++i) {
+    bits |= from[i];
+    to[i] = static_cast<To>(from[i]);
+  }
+  return bits;
+}
+
+template <class To>
+bool KeepsAscii(const To* table) {
+  for (unsigned unit = 0; unit <= kAscii; ++unit) {
+    if (table[unit] != unit) return false;
+  }
+  return true;
+}
+
+/// Converts each unit for itself, by way of a table. In long texts, blocks of ASCII are only
+/// widened or narrowed where that comes to the same.
+template <class From, class To>
+void Convert(std::span<const From> from, To* to, const To* table) {
+  constexpr std::size_t kLong = 16 * kBlock;
+  const bool keeps_ascii = from.size() >= kLong && KeepsAscii(table);
+  for (std::size_t done = 0; done < from.size(); done += kBlock) {
+    const From* const block = from.data() + done;
+    const std::size_t count = std::min(kBlock, from.size() - done);
+    if (keeps_ascii && count == kBlock && CopyBlock(block, to + done) <= kAscii) continue;
+    for (std::size_t i = 0; i < count; ++i) to[done + i] = table[block[i]];
+  }
+}
+
+/// The bits that occur in a text.
+char16_t BitsIn(std::u16string_view text) {
+  char16_t bits = 0;
+  for (; text.size() >= kBlock; text.remove_prefix(kBlock)) {
+    for (std::size_t i = 0; i < kBlock; ++i) bits |= text.data()[i];
+  }
+  for (const char16_t unit : text) bits |= unit;
+  return bits;
+}
+
 Bstr DecodeUtf16(std::span<const std::uint8_t> bytes) {
   constexpr char16_t kNegative = 0x8000;
+  constexpr std::size_t kPart = 4096;  // what was copied is still near when it is looked at
   const std::size_t count = bytes.size() / 2;
   Bstr text(count);
-  char16_t* unit = text.data();
-  char16_t all = 0;
-  for (std::size_t i = 0; i < count; ++i) {
-    unit[i] = static_cast<char16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
-    all |= unit[i];
+  char16_t bits = 0;
+  for (std::size_t done = 0; done < count; done += kPart) {
+    const std::size_t units = std::min(kPart, count - done);
+    std::copy_n(&bytes[2 * done], 2 * units, reinterpret_cast<std::uint8_t*>(text.data() + done));
+    bits |= BitsIn({text.data() + done, units});
   }
-  if (all & kNegative) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow);
+  if (bits & kNegative) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow);
   return text;
 }
 
@@ -86,22 +137,16 @@ std::size_t EncodedSize(std::u16string_view text, ZepStringType type) {
 
 void Encode(std::u16string_view text, ZepStringType type, std::uint8_t* bytes) {
   if (IsUtf16(type)) {
-    for (const char16_t unit : text) {
-      *bytes++ = static_cast<std::uint8_t>(unit);
-      *bytes++ = static_cast<std::uint8_t>(unit >> 8);
-    }
+    std::copy_n(reinterpret_cast<const std::uint8_t*>(text.data()), 2 * text.size(), bytes);
   } else {
-    const auto& to_byte = PageOf(type).to_byte;
-    std::transform(text.begin(), text.end(), bytes, [&](char16_t unit) { return to_byte[unit]; });
+    Convert(std::span(text), bytes, PageOf(type).to_byte.data());
   }
 }
 
 Bstr Decode(std::span<const std::uint8_t> bytes, ZepStringType type) {
   if (IsUtf16(type)) return DecodeUtf16(bytes);
-  const auto& to_unit = PageOf(type).to_unit;
   Bstr text(bytes.size());
-  std::transform(bytes.begin(), bytes.end(), text.data(),
-                 [&](std::uint8_t byte) { return to_unit[byte]; });
+  Convert(bytes, text.data(), PageOf(type).to_unit.data());
   return text;
 }
 
