@@ -21,6 +21,8 @@ ZepVariant& Require(::_ZepVariant* pointer) {
   return *buffer;
 }
 
+constexpr std::size_t kMaxLength = std::numeric_limits<std::int32_t>::max();
+
 Bytes CopyOf(SAFEARRAY* array) {
   VARTYPE type = VT_UI1;
   if (array && (FAILED(SafeArrayGetVartype(array, &type)) || type != VT_UI1)) {
@@ -28,6 +30,7 @@ Bytes CopyOf(SAFEARRAY* array) {
   }
   const ArrayAccess bytes(array);
   if (bytes.IsEmpty()) return {};
+  if (bytes.Count() > kMaxLength) throw std::bad_alloc();
   const auto* first = static_cast<const std::uint8_t*>(bytes.At(bytes.LowerBound()));
   return Bytes(first, first + bytes.Count());
 }
@@ -39,8 +42,15 @@ SafeArray ArrayOf(std::span<const std::uint8_t> bytes) {
   return array;
 }
 
+/// How many bytes a text becomes. Error 6 where no buffer can have so many.
+std::size_t LengthOf(std::u16string_view text, ZepStringType type) {
+  const std::size_t length = EncodedSize(text, type);
+  if (length > kMaxLength) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow);
+  return length;
+}
+
 Bytes Encoded(std::u16string_view text, ZepStringType type) {
-  Bytes bytes(EncodedSize(text, type));
+  Bytes bytes(LengthOf(text, type));
   Encode(text, type, bytes.data());
   return bytes;
 }
@@ -98,7 +108,9 @@ Bstr ZepVariant::DataString() const { return Decode(data_, string_type_); }
 
 void ZepVariant::SetDataString(std::u16string_view NewDataString) {
   EnsureWritable();
-  SetData(Encoded(NewDataString, string_type_));
+  const std::int32_t old_length = ByteLength();
+  Encode(NewDataString, string_type_, Renew(LengthOf(NewDataString, string_type_)));
+  Announce({1, old_length, ByteLength()});
 }
 
 void ZepVariant::DisconnectAsRange() {
@@ -129,7 +141,7 @@ Ref<ZepVariant> ZepVariant::Range(std::int32_t Start, std::int32_t Length, bool 
   auto range = Make<ZepVariant>();
   try {
     range->ConnectAsRange(Abi(), Start, Length, ByteCoordinates);
-  } catch (const Failure&) {
+  } catch (...) {
     Raise(zepErrBadCall);
   }
   return range;
@@ -219,6 +231,16 @@ void ZepVariant::GrowTo(std::int32_t byte_length) {
   if (byte_length > ByteLength()) data_.resize(static_cast<std::size_t>(byte_length));
 }
 
+std::uint8_t* ZepVariant::Renew(std::size_t length) {
+  const bool fits = length <= data_.capacity() && length >= data_.capacity() / 2;
+  if (fits) {
+    data_.resize(length);
+  } else {
+    data_ = Bytes(length);
+  }
+  return data_.data();
+}
+
 Slice ZepVariant::BytesOfCharacters(const Slice& characters) const {
   if (!IsWithin(characters, StringLength())) Raise(zepErrBadCall);
   const Slice bytes = ToBytes(characters, string_type_);
@@ -234,7 +256,7 @@ std::span<const std::uint8_t> ZepVariant::BytesIn(const Slice& slice) const {
 /// Writes without announcing it. The bytes may be the buffer's own.
 void ZepVariant::ReplaceBytes(const Slice& slice, std::span<const std::uint8_t> bytes) {
   const auto length = std::int64_t{ByteLength()} - slice.length + std::ssize(bytes);
-  if (length > std::numeric_limits<std::int32_t>::max()) throw std::bad_alloc();
+  if (length > std::int64_t{kMaxLength}) throw std::bad_alloc();
   const bool own = bytes.data() >= data_.data() && bytes.data() < data_.data() + data_.size();
   if (own) {
     Replace(data_, slice, Bytes(bytes.begin(), bytes.end()));

@@ -74,6 +74,8 @@ class ZepVariant final : public AutomationObject<ZepVariant, ZepVariantShim> {
   void EnsureWithin(const Slice& bytes) const;
   void Resize(std::int32_t byte_length);
   void GrowTo(std::int32_t byte_length);
+  /// Gives the buffer so many bytes, all of them to be written now; memory that fits is used again.
+  std::uint8_t* Renew(std::size_t length);
   Slice BytesOfCharacters(const Slice& characters) const;
   std::span<const std::uint8_t> BytesIn(const Slice& slice) const;
   void ReplaceBytes(const Slice& slice, std::span<const std::uint8_t> bytes);

@@ -165,6 +165,51 @@ TEST_P(ZepVariantTextTest, MegabytesOfText) {
   }
 }
 
+TEST_P(ZepVariantTextTest, LongTextsConvertEveryCharacter) {
+  for (const std::size_t length : {1023u, 1024u, 1087u, 1088u, 1089u}) {
+    for (const std::size_t place : {std::size_t{0}, std::size_t{63}, std::size_t{64}, length - 1}) {
+      SCOPED_TRACE(testing::Message() << length << " " << place);
+      std::wstring text(length, L'x');
+      for (std::size_t i = 0; i < length; ++i) text[i] = static_cast<wchar_t>(i % 0x80);
+      std::string bytes(text.begin(), text.end());
+      text[place] = L'\x00E4';
+      bytes[place] = '\xE4';
+      ExpectText(zepSTAnsi, text, bytes);
+      bytes[place] = '\x84';
+      ExpectText(zepSTAscii, text, bytes);
+      text[place] = L'\x4E7F';
+      EXPECT_OK(buffer_.Let(L"DataString", {text}));
+      text[place] = L'?';
+      EXPECT_EQ(buffer_.Get(L"DataString"), text);
+    }
+  }
+}
+
+TEST_P(ZepVariantTextTest, LongTextsOfUnicodeOverflowAnywhere) {
+  EXPECT_OK(buffer_.Let(L"StringType", {zepSTUnicode}));
+  const std::wstring good(1100, L'\x7FFF');
+  for (const std::size_t place : {0u, 63u, 64u, 1023u, 1024u, 1087u, 1088u, 1099u}) {
+    std::wstring text = good;
+    text[place] = L'\x8000';
+    EXPECT_OK(buffer_.Let(L"DataString", {text}));
+    EXPECT_BUFFER_RUNTIME_ERROR(buffer_.Get(L"DataString"), 6, L"Overflow");
+    EXPECT_OK(buffer_.Let(L"DataString", {good}));
+    EXPECT_EQ(buffer_.Get(L"DataString"), good);
+  }
+}
+
+TEST_P(ZepVariantTextTest, ANewTextReplacesLongerAndShorterOnes) {
+  for (const int type : {zepSTAscii, zepSTAnsi, zepSTUnicode}) {
+    EXPECT_OK(buffer_.Let(L"StringType", {type}));
+    for (const std::size_t length : {100u, 60u, 10u, 1u, 0u, 3u, 4000u, 2500u, 5u, 6u}) {
+      const std::wstring text(length, static_cast<wchar_t>(L'a' + length % 26));
+      EXPECT_OK(buffer_.Let(L"DataString", {text}));
+      EXPECT_EQ(buffer_.Get(L"StringLength"), static_cast<int>(length));
+      EXPECT_EQ(buffer_.Get(L"DataString"), text);
+    }
+  }
+}
+
 TEST_P(ZepVariantTextTest, GermanTextsUseTheGermanConsolesCodePage) {
   SKIP_UNLESS_GERMAN();
   ExpectText(zepSTAscii, L"\x00C1\x00F8", "\xB5\x9B");
