@@ -70,6 +70,25 @@ TEST_P(ZepVariantSliceTest, AssigningARangeMayOmitTheCoordinates) {
   }
 }
 
+TEST_P(ZepVariantSliceTest, ArgumentsMayBeByReference) {
+  Value start = 3, length = 2, in_bytes = true, source = New("ab"), text = L"xy", bytes = 97;
+  VARIANT object;
+  object.vt = VT_BYREF | VT_DISPATCH;
+  object.ppdispVal = &source.raw().pdispVal;
+  EXPECT_OK(parent_.Set(
+      L"Range", {start.Reference(), length.Reference(), in_bytes.Reference(), Value(object)}));
+  EXPECT_EQ(Bytes(parent_), "01ab456789");
+  EXPECT_OK(parent_.Let(
+      L"Range", {start.Reference(), length.Reference(), in_bytes.Reference(), source.Reference()}));
+  EXPECT_EQ(Bytes(parent_), "01ab456789");
+  EXPECT_OK(parent_.Let(L"RangeString", {start.Reference(), length.Reference(), text.Reference()}));
+  EXPECT_OK(parent_.Let(L"DataByte", {length.Reference(), bytes.Reference()}));
+  EXPECT_EQ(Bytes(parent_), "0axy456789");
+  EXPECT_OK(unconnected_.Call(L"ConnectAsRange", {Value(parent_).Reference(), start.Reference(),
+                                                  length.Reference(), in_bytes.Reference()}));
+  ExpectView(unconnected_, 3, "xy");
+}
+
 TEST_P(ZepVariantSliceTest, AssigningARangeCountsAsTheBufferDoes) {
   EXPECT_OK(parent_.Let(L"StringType", {zepSTUnicode}));
   EXPECT_OK(parent_.Let(L"Range", {2, 3, false, New("ab")}));
