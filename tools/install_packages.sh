@@ -8,6 +8,7 @@ packages_of() {
     native) echo python3 cmake ninja-build g++ googletest ;;
     windows) echo g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine64-tools libwine-dev ;;
     wine) echo wine wine64 fonts-liberation ;;
+    wine32) echo libc6-i386 ;;
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
@@ -21,6 +22,7 @@ purpose_of() {
     native) echo "to build and test on this machine" ;;
     windows) echo "to build for Windows" ;;
     wine) echo "to run what is built for Windows" ;;
+    wine32) echo "for a 32-bit Wine" ;;
     format) echo "to check the formatting" ;;
     lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;

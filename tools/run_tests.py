@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Builds and runs the tests, and tells in the end what failed and how to run it again.
 
-    run_tests.py [SUITE…] [--gtest_filter=PATTERN]
+    run_tests.py [SUITE…] [--x86] [--gtest_filter=PATTERN]
 
-Without a SUITE every one runs. The last line counts: N passed, N failed.
+Without a SUITE every one runs. Those whose name ends in -x86 need a 32-bit Wine and are left out, and
+the run says so, where there is none; with --x86 they are the ones that run, and must. The last line
+counts: N passed, N failed.
 """
 import argparse
 import contextlib
@@ -74,10 +76,10 @@ class Run:
         gtest_filter = self.gtest_filter or gtest_filter
         return googletest_results(*self.program([*command, f'--gtest_filter={gtest_filter}']))
 
-    def unittests(self, folder):
+    def unittests(self, folder, **environment):
         return unittest_results(*self.program(
             [sys.executable, '-m', 'unittest', 'discover', '-v', '-s', str(ROOT / folder),
-             '-p', '*test*.py'], PYTHONPATH=str(ROOT / 'tools')))
+             '-p', '*test*.py'], PYTHONPATH=str(ROOT / 'tools'), **environment))
 
 
 def formatting(run):
@@ -106,87 +108,130 @@ def fuzz(run):
             yield Result(f'{source.stem} {result.name}', result.outcome, result.detail)
 
 
-def windows_unit(run):
-    run.build('x64')
-    return run.googletest([WINE, 'english', str(BUILD / 'x64/unit_tests.exe')])
+class Windows:
+    """A Windows of one bitness and language: what is built for it, and how programs run there."""
+
+    def __init__(self, preset, language='english'):
+        self.preset = preset
+        self.user = language if preset == 'x64' else f'{language}-{preset}'
+        self.dll = str(BUILD / preset / 'zepkit10.dll')
+
+    def command(self, *command):
+        return [WINE, self.user, *command]
+
+    def built(self, program):
+        return self.command(str(BUILD / self.preset / f'{program}.exe'))
 
 
-def com_suite(user, gtest_filter, *arguments):
+def windows_unit(windows):
     def suite(run):
-        run.build('x64')
-        return run.googletest([WINE, user, str(BUILD / 'x64/com_tests.exe'), *arguments], gtest_filter)
+        run.build(windows.preset)
+        return run.googletest(windows.built('unit_tests'))
+    return suite
+
+
+def com(windows, gtest_filter):
+    """The tests against the component that is linked into them."""
+    def suite(run):
+        run.build(windows.preset)
+        return run.googletest(windows.built('com_tests'), gtest_filter)
+    return suite
+
+
+def com_dll(windows, gtest_filter):
+    """The same tests against the DLL."""
+    def suite(run):
+        run.build(windows.preset)
+        return run.googletest([*windows.built('com_tests'), f'--dll={windows.dll}'], gtest_filter)
     return suite
 
 
 @contextlib.contextmanager
-def registered(run):
+def registered(run, windows):
     """The component is registered, for clients that find it as users' programs do."""
-    run.build('x64')
-    dll = str(BUILD / 'x64/zepkit10.dll')
-    output, code = run.program([WINE, 'english', 'regsvr32', '/s', dll])
+    run.build(windows.preset)
+    output, code = run.program(windows.command('regsvr32', '/s', windows.dll))
     if code:
         raise BuildFailed(f'{output}\nregsvr32 ended with {code}')
     yield
-    run.program([WINE, 'english', 'regsvr32', '/s', '/u', dll])
+    run.program(windows.command('regsvr32', '/s', '/u', windows.dll))
 
 
-def run_scripts(run, folder):
+def run_scripts(run, windows, folder):
     """Output and exit code of each script in a folder."""
     for path in sorted((ROOT / folder).iterdir()):
         if path.suffix in ('.vbs', '.js'):
             # Script hosts take what begins with a slash for an option.
-            yield path, *run.program([WINE, 'english', 'cscript', '//nologo', str(path.relative_to(ROOT))])
+            yield path, *run.program(windows.command('cscript', '//nologo', str(path.relative_to(ROOT))))
 
 
-def script(run):
-    with registered(run):
-        for path, output, code in run_scripts(run, 'tests/script'):
-            for result in script_results(output, code):
-                yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
+def script(windows):
+    def suite(run):
+        with registered(run, windows):
+            for path, output, code in run_scripts(run, windows, 'tests/script'):
+                for result in script_results(output, code):
+                    yield Result(f'{path.name}: {result.name}', result.outcome, result.detail)
+    return suite
 
 
-def samples(run):
+def samples(windows):
     """What each sample prints is compared with the text of its name in tests/samples."""
     def result(name, output, code):
         return transcript_results(name, output, code, ROOT / 'tests/samples' / f'{name}.txt')
-    with registered(run):
-        for path, output, code in run_scripts(run, 'samples/vbscript'):
-            yield from result(path.stem, output, code)
-        with tempfile.TemporaryDirectory() as folder:
-            program = str(BUILD / 'x64/document_sample.exe')
-            yield from result('document', *run.program([WINE, 'english', program, f'Z:{folder}/document.txt']))
+
+    def suite(run):
+        with registered(run, windows):
+            for path, output, code in run_scripts(run, windows, 'samples/vbscript'):
+                yield from result(path.stem, output, code)
+            with tempfile.TemporaryDirectory() as folder:
+                yield from result('document', *run.program(
+                    [*windows.built('document_sample'), f'Z:{folder}/document.txt']))
+    return suite
 
 
 def binary(run):
     """The DLLs of both bitnesses."""
     run.build('x64')
-    run.build('x86', 'zepkit10', 'com_tests')
-    yield Result('the tests build for 32 bits', 'passed')
-    yield from run.unittests('tests/binary')
+    run.build('x86')
+    return run.unittests('tests/binary')
 
 
-def registration(run):
-    run.build('x64')
-    return run.unittests('tests/registration')
+def registration(windows):
+    def suite(run):
+        run.build(windows.preset)
+        return run.unittests('tests/registration', ZEPKIT10_PRESET=windows.preset, WINE_USER=windows.user)
+    return suite
 
 
-# Tests whose name says German need a German user.
-DLL = f'--dll={BUILD / "x64/zepkit10.dll"}'
+def suites_on(preset):
+    """Tests whose name says German need a German user."""
+    english, german = Windows(preset), Windows(preset, 'german')
+    return {
+        'windows-unit': windows_unit(english),
+        'com': com(english, '-*German*'),
+        'com-dll': com_dll(english, '-*German*'),
+        'com-german': com(german, '*German*'),
+        'com-dll-german': com_dll(german, '*German*'),
+        'registration': registration(english),
+        'script': script(english),
+        'samples': samples(english),
+    }
+
+
+X86_SUITES = {f'{name}-x86': suite for name, suite in suites_on('x86').items()}
 SUITES = {
     'format': formatting,
     'tools': tools,
     'unit': unit,
     'fuzz': fuzz,
-    'windows-unit': windows_unit,
-    'com': com_suite('english', '-*German*'),
-    'com-dll': com_suite('english', '-*German*', DLL),
-    'com-german': com_suite('german', '*German*'),
-    'com-dll-german': com_suite('german', '*German*', DLL),
-    'registration': registration,
-    'script': script,
-    'samples': samples,
+    **suites_on('x64'),
     'binary': binary,
+    **X86_SUITES,
 }
+
+
+def have_32_bits():
+    return subprocess.run([str(ROOT / 'tools/make_wine32.sh')], check=False).returncode == 0
 
 
 def report(run):
@@ -202,13 +247,20 @@ def report(run):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument('suites', nargs='*', metavar='SUITE', help=', '.join(SUITES))
+    parser.add_argument('--x86', action='store_true', help='the suites for 32 bits, which must run')
     parser.add_argument('--gtest_filter')
     arguments = parser.parse_args()
     unknown = [name for name in arguments.suites if name not in SUITES]
     if unknown:
         parser.error(f'no suite {unknown[0]}; there are {", ".join(SUITES)}')
     run = Run(arguments.gtest_filter)
-    for name in arguments.suites or SUITES:
+    names = arguments.suites or list(X86_SUITES if arguments.x86 else SUITES)
+    if any(name in X86_SUITES for name in names) and not have_32_bits():
+        if arguments.x86 or arguments.suites:
+            sys.exit('Without a 32-bit Wine nothing can be tested for 32 bits, see above.')
+        run.skipped += [f'{name}: there is no 32-bit Wine, see above' for name in X86_SUITES]
+        names = [name for name in names if name not in X86_SUITES]
+    for name in names:
         started, passed, failed = time.monotonic(), run.passed, len(run.failures)
         run.add(name)
         print(f'{name}: {run.passed - passed} passed, {len(run.failures) - failed} failed '

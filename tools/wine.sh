@@ -3,7 +3,8 @@
 #     tools/wine.sh USER PROGRAM [ARGUMENT…]
 # USER is the user's language, `english` or `german`: Wine takes locale, code pages and language of
 # texts from it. Each has a prefix of its own, build/wine/USER, made when it is first used, because
-# every process there writes the locale into it. Passes output and exit code of the program through.
+# every process there writes the locale into it. `english-x86` and `german-x86` have 32-bit machines,
+# which tools/make_wine32.sh provides. Passes output and exit code of the program through.
 # WINE_TIMEOUT (seconds, 0 for none, 300 if not set) limits the run; past it the exit code is 124.
 set -u
 
@@ -11,10 +12,18 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 user=$1
 shift
 case $user in
-  english) locale=C.UTF-8 ;;
-  german) locale=de_DE.UTF-8 ;;  # the locale itself need not be installed
-  *) echo "tools/wine.sh: the user is english or german, not '$user'" >&2; exit 2 ;;
+  english | english-x86) locale=C.UTF-8 ;;
+  german | german-x86) locale=de_DE.UTF-8 ;;  # the locale itself need not be installed
+  *) echo "tools/wine.sh: the user is english, german, english-x86 or german-x86, not '$user'" >&2; exit 2 ;;
 esac
+wine=wine wineserver=wineserver
+if [ "${user%-x86}" != "$user" ]; then
+  wine=$root/build/wine32/usr/lib/wine/wine
+  wineserver=${wine}server32
+  [ -e "$root/build/wine32/ready" ] || { echo "There is no 32-bit Wine; tools/make_wine32.sh makes it" >&2; exit 1; }
+  export WINEARCH=win32 WINESERVER=$wineserver
+  export LD_LIBRARY_PATH=$root/build/wine32/usr/lib/i386-linux-gnu
+fi
 export WINEPREFIX=$root/build/wine/$user
 export WINEDEBUG=-all
 # Without the last part a crash can end with exit code 0.
@@ -22,7 +31,7 @@ export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d"
 unset DISPLAY WAYLAND_DISPLAY
 
 run() {
-  timeout --kill-after=5 "${WINE_TIMEOUT:-300}" env LC_ALL=$locale wine "$@"
+  timeout --kill-after=5 "${WINE_TIMEOUT:-300}" env LC_ALL=$locale "$wine" "$@"
 }
 
 # Wine's complaints about this machine's devices say nothing about the program.
@@ -38,7 +47,7 @@ make_prefix() {
     # Windows, timers and dialogs work without a display.
     run reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f &&
     # The server keeps the driver that it was started with: let it end.
-    wineserver --wait
+    "$wineserver" --wait
 } < /dev/null > "$WINEPREFIX.log" 2>&1
 
 if [ ! -e "$WINEPREFIX/ready" ]; then

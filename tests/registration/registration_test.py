@@ -1,16 +1,20 @@
 """Registering and unregistering the DLL with regsvr32, looked at in the whole registry."""
+import os
 import pathlib
 import re
 import subprocess
 import unittest
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-DLL = ROOT / 'build/x64/zepkit10.dll'
+PRESET = os.environ.get('ZEPKIT10_PRESET', 'x64')
+USER = os.environ.get('WINE_USER', 'english')
+DLL = ROOT / f'build/{PRESET}/zepkit10.dll'
+PLATFORM = {'x64': 'win64', 'x86': 'win32'}[PRESET]
 CLASSES = r'HKEY_LOCAL_MACHINE\Software\Classes'
 
 
 def wine(*command):
-    subprocess.run([str(ROOT / 'tools/wine.sh'), 'english', *command], check=True,
+    subprocess.run([str(ROOT / 'tools/wine.sh'), USER, *command], check=True,
                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
 
 
@@ -66,7 +70,7 @@ class RegistrationTest(unittest.TestCase):
                 self.assertEqual(f'{{{library}}}'.upper(),
                                  self.value(rf'CLSID\{clsid}\TypeLib').upper())
                 server = rf'CLSID\{clsid}\InprocServer32'
-                self.assertTrue(self.value(server).endswith(r'\build\x64\zepkit10.dll'))
+                self.assertTrue(self.value(server).endswith(rf'\build\{PRESET}\zepkit10.dll'))
                 self.assertEqual('Apartment', self.value(server, 'ThreadingModel'))
 
     def test_classes_that_no_client_creates_are_not_registered(self):
@@ -76,8 +80,8 @@ class RegistrationTest(unittest.TestCase):
 
     def test_the_type_library_is_registered(self):
         library, _, _ = library_of_idl()
-        path = self.value(rf'TypeLib\{{{library}}}\1.0\0\win64')
-        self.assertTrue(path.endswith(r'\build\x64\zepkit10.dll'))
+        path = self.value(rf'TypeLib\{{{library}}}\1.0\0\{PLATFORM}')
+        self.assertTrue(path.endswith(rf'\build\{PRESET}\zepkit10.dll'))
 
     def test_nothing_is_marked_safe_for_scripting(self):
         new = set(self.registered) - set(self.before)
