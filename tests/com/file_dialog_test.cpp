@@ -1,4 +1,4 @@
-// The properties of file dialogs; what is done with them is in file_dialog_show_test.cpp.
+// The properties of file dialogs; dialogs are shown in the other tests called after them.
 #include "com/both_bindings.h"
 #include "com/zep_error.h"
 
