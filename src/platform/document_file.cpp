@@ -4,9 +4,8 @@
 #include <vector>
 
 #include "frame/errors.h"
-#include "platform/automation/string.h"
 #include "platform/file_errors.h"
-#include "platform/file_system.h"
+#include "platform/shared_file.h"
 
 namespace zepkit10 {
 namespace {
@@ -29,9 +28,8 @@ class LeftOpen {
   std::vector<FileHandle> files_;
 } left_open;
 
-FileHandle OpenShared(std::u16string_view path, DWORD access, DWORD disposition) {
-  FileHandle file = OwnFile(CreateFileW(WideText(SystemName(path)), access, FILE_SHARE_READ,
-                                        nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+FileHandle OpenOrRaise(std::u16string_view path, DWORD access, DWORD disposition) {
+  FileHandle file = OpenShared(path, access, disposition);
   if (!file) RaiseFileError(GetLastError());
   return file;
 }
@@ -43,13 +41,13 @@ DocumentFile::~DocumentFile() {
 }
 
 void DocumentFile::Open(std::u16string_view path, Access access) {
-  file_ = access == Access::kRead ? OpenShared(path, GENERIC_READ, OPEN_EXISTING)
-                                  : OpenShared(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
+  file_ = access == Access::kRead ? OpenOrRaise(path, GENERIC_READ, OPEN_EXISTING)
+                                  : OpenOrRaise(path, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
   next_ = 1;
 }
 
 void DocumentFile::Empty(std::u16string_view path) {
-  const FileHandle file = OpenShared(path, GENERIC_WRITE, OPEN_ALWAYS);
+  const FileHandle file = OpenOrRaise(path, GENERIC_WRITE, OPEN_ALWAYS);
   if (!SetEndOfFile(file.get())) RaiseFileError(GetLastError());
 }
 

@@ -15,7 +15,7 @@ class DocumentFile {
  public:
   enum class Access {
     kRead,       // the file must be there
-    kReadWrite,  // a missing file is created
+    kReadWrite,  // a missing file is created, one whose attributes call it read-only refused
   };
 
   DocumentFile() = default;

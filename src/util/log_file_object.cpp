@@ -8,8 +8,7 @@
 #include "platform/ansi.h"
 #include "platform/automation/variant.h"
 #include "platform/file_errors.h"
-#include "platform/file_handle.h"
-#include "platform/file_system.h"
+#include "platform/shared_file.h"
 
 namespace zepkit10 {
 namespace {
@@ -31,18 +30,9 @@ std::string LineOf(std::u16string_view text) {
   return AnsiOf(TimeStamp().append(u": ").append(text).append(u"\r\n"));
 }
 
-/// Some systems let an administrator write to a file in spite of its attribute.
-bool IsReadOnly(HANDLE file) {
-  BY_HANDLE_FILE_INFORMATION information;
-  return GetFileInformationByHandle(file, &information) &&
-         (information.dwFileAttributes & FILE_ATTRIBUTE_READONLY);
-}
-
 FileHandle Open(std::u16string_view path) {
-  FileHandle file = OwnFile(CreateFileW(WideText(SystemName(path)), GENERIC_WRITE, FILE_SHARE_READ,
-                                        nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (file && !IsReadOnly(file.get())) return file;
-  const DWORD error = file ? ERROR_ACCESS_DENIED : GetLastError();
+  if (FileHandle file = OpenShared(path, GENERIC_WRITE, OPEN_ALWAYS)) return file;
+  const DWORD error = GetLastError();
   switch (RuntimeErrorOf(error)) {
     case ZepVbErrors3To98::zepVbErrFileNotFound:
     case ZepVbErrors3To98::zepVbErrPathNotFound:
