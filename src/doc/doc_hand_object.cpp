@@ -9,6 +9,9 @@ namespace {
 using enum ZepErrors;
 using enum ZepDocHandStat;
 
+// Of all new documents of the process.
+constinit TagCounter untitled_numbers(1);
+
 /// The text of an optional argument; nothing where it was left out.
 std::optional<std::u16string> TextGiven(const VARIANT& argument) {
   if (IsMissing(&argument)) return {};
@@ -77,7 +80,7 @@ void DocHand::NewFile() {
   if (Opened()) CloseFile();
   SetReadOnly(false);
   Content()->SetByteLength(0);
-  SetFileTitle(NextUntitledTitle());
+  SetFileTitle(UntitledTitle(untitled_numbers));
   SetChanged(false);
   if (!EventsFrozen()) events_.NewFile();
 }

@@ -1,14 +1,9 @@
 #include "doc/title.h"
 
-#include <atomic>
-#include <limits>
-
 #include "frame/errors.h"
 
 namespace zepkit10 {
 namespace {
-
-std::atomic<std::int32_t> untitled_count = 0;
 
 std::size_t NamePosition(std::u16string_view path) { return path.rfind(u'\\') + 1; }
 
@@ -27,15 +22,6 @@ std::u16string_view FolderOf(std::u16string_view path) {
 
 std::u16string_view NameOf(std::u16string_view path) { return path.substr(NamePosition(path)); }
 
-std::u16string NextUntitledTitle() {
-  std::int32_t count = untitled_count;
-  do {
-    if (count == std::numeric_limits<std::int32_t>::max()) {
-      RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow, u"DocHand");
-    }
-  } while (!untitled_count.compare_exchange_weak(count, count + 1));
-  const std::string digits = std::to_string(count + 1);
-  return std::u16string(u"Unbenannt").append(digits.begin(), digits.end());
-}
+std::u16string UntitledTitle(TagCounter& numbers) { return u"Unbenannt" + numbers.Next(); }
 
 }  // namespace zepkit10

@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "util/tag_counter.h"
+
 namespace zepkit10 {
 
 /// The title of a document: what stands behind the last backslash of its path, without a double
@@ -14,7 +16,7 @@ std::u16string TitleOf(std::u16string_view path);
 std::u16string_view FolderOf(std::u16string_view path);
 std::u16string_view NameOf(std::u16string_view path);
 
-/// "Unbenannt" and the next number of the process, from 1; error 6 after 2147483647.
-std::u16string NextUntitledTitle();
+/// "Unbenannt" and the next number; error 6 where there is none.
+std::u16string UntitledTitle(TagCounter& numbers);
 
 }  // namespace zepkit10

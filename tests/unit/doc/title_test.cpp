@@ -58,14 +58,22 @@ TEST(TitleTest, FolderAndNameMakeThePath) {
 }
 
 TEST(TitleTest, UntitledDocumentsAreNumbered) {
-  const std::u16string first = NextUntitledTitle(), second = NextUntitledTitle();
-  const auto number = [](std::u16string_view title) {
-    EXPECT_TRUE(title.starts_with(u"Unbenannt"));
-    const std::u16string_view digits = title.substr(9);
-    return std::stoi(std::string(digits.begin(), digits.end()));
-  };
-  EXPECT_GE(number(first), 1);
-  EXPECT_EQ(number(second), number(first) + 1);
+  TagCounter numbers(1);
+  EXPECT_EQ(UntitledTitle(numbers), u"Unbenannt1");
+  EXPECT_EQ(UntitledTitle(numbers), u"Unbenannt2");
+}
+
+TEST(TitleTest, NumbersOfUntitledDocumentsOverflow) {
+  TagCounter numbers(2147483647);
+  EXPECT_EQ(UntitledTitle(numbers), u"Unbenannt2147483647");
+  for (int i = 0; i < 2; ++i) {
+    try {
+      UntitledTitle(numbers);
+      ADD_FAILURE();
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure, (Failure{6, u"", u""}));
+    }
+  }
 }
 
 }  // namespace
