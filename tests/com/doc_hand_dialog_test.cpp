@@ -66,7 +66,9 @@ TEST_P(DocHandDialogTest, TheReadOnlyBoxIsAsAskedFor) {
     user_.Do([=](HWND dialog) {
       HWND box = DialogDriver::ReadOnlyBox(dialog);
       EXPECT_EQ(shown, box != nullptr);
-      if (box) EXPECT_EQ(ticked, SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED);
+      if (box) {
+        EXPECT_EQ(ticked, SendMessageW(box, BM_GETCHECK, 0, 0) == BST_CHECKED);
+      }
     });
     user_.Press(IDCANCEL);
   };
@@ -93,6 +95,14 @@ TEST_P(DocHandDialogTest, TheDialogStartsWithTheDocument) {
   user_.Do([](HWND dialog) { EXPECT_EQ(L"c.txt", DialogDriver::NameIn(dialog)); });
   user_.Press(IDCANCEL);
   EXPECT_FALSE(SaveByDialog({Value::Missing(), L"c.txt"}).ok());
+}
+
+TEST_P(DocHandDialogTest, NamesMayBeWhateverConvertsToText) {
+  for (int i = 0; i < 2; ++i) {
+    user_.Do([](HWND dialog) { EXPECT_EQ(L"12", DialogDriver::NameIn(dialog)); });
+    user_.Press(IDCANCEL);
+    EXPECT_FALSE((i == 0 ? OpenByDialog({folder_.path(), 12}) : SaveByDialog({Value(), 12})).ok());
+  }
 }
 
 TEST_P(DocHandDialogTest, SavesAsWhatIsChosen) {

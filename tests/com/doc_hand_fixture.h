@@ -37,6 +37,11 @@ class WithDocument : public BothBindings {
   static Event NewFile() { return {11, {}}; }
   static Event StatusChange(int status) { return {12, {status}}; }
 
+  /// What a new file name tells.
+  static Events Naming(const std::wstring& path) {
+    return {FileNameChange(path), FileTitleChanged(path)};
+  }
+
   static Events Joined(std::initializer_list<Events> parts) {
     Events all;
     for (const Events& part : parts) all.insert(all.end(), part.begin(), part.end());
@@ -67,6 +72,15 @@ class WithDocument : public BothBindings {
   client::Outcome Status() const { return document_.Get(L"Status"); }
   client::Object Content() const { return document_.GetObject(L"Content"); }
 
+  void ExpectFlags(bool read_only, bool open, bool error, bool changed) const {
+    EXPECT_EQ(document_.Get(L"ReadOnly"), read_only);
+    EXPECT_EQ(document_.Get(L"Opened"), open);
+    EXPECT_EQ(document_.Get(L"OpenErr"), error);
+    EXPECT_EQ(document_.Get(L"Changed"), changed);
+    EXPECT_EQ(Status(),
+              (read_only ? 1 : 0) + (open ? 2 : 0) + (error ? 4 : 0) + (changed ? 16 : 0));
+  }
+
   static client::Value ArrayOf(const std::string& bytes) {
     VARIANT value;
     value.vt = VT_ARRAY | VT_UI1;
@@ -86,6 +100,21 @@ class WithDocument : public BothBindings {
     if (!array) return {};
     EXPECT_EQ(1, array->rgsabound[0].lLbound);
     return std::string(static_cast<const char*>(array->pvData), array->rgsabound[0].cElements);
+  }
+
+  static HANDLE OpenAsOther(const std::wstring& path, DWORD access) {
+    return CreateFileW(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                       nullptr, OPEN_EXISTING, 0, nullptr);
+  }
+  /// Whether another program could open a file.
+  static bool MayOpen(const std::wstring& path, DWORD access) {
+    HANDLE file = OpenAsOther(path, access);
+    if (file == INVALID_HANDLE_VALUE) {
+      EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, GetLastError());
+      return false;
+    }
+    CloseHandle(file);
+    return true;
   }
 
   /// All byte values, in an order that repeats late.
