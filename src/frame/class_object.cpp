@@ -7,6 +7,7 @@
 #include "frame/counter_object.h"
 #include "frame/global_object.h"
 #include "frame/shared_library_object.h"
+#include "input/mouse_pointer_object.h"
 #include "msg/messages_object.h"
 #include "platform/automation/module.h"
 #include "platform/automation/translate.h"
@@ -25,7 +26,8 @@ ClassObject class_objects[] = {
     {kCounterClass, Create<Counter>},       {kDocHandClass, Create<DocHand>},
     {kExpressionClass, Create<Expression>}, {kFileDialogClass, Create<FileDialog>},
     {kGlobalClass, Create<Global>},         {kListClass, Create<List>},
-    {kMessagesClass, Create<Messages>},     {kZepVariantClass, Create<ZepVariant>},
+    {kMessagesClass, Create<Messages>},     {kMousePointerClass, Create<MousePointer>},
+    {kZepVariantClass, Create<ZepVariant>},
 };
 
 }  // namespace

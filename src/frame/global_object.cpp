@@ -3,6 +3,8 @@
 #include "chart/charts_object.h"
 #include "debug/debug_print_outs_object.h"
 #include "frame/library_object.h"
+#include "input/keyboard_object.h"
+#include "input/mouse_pointer_object.h"
 #include "msg/messages_object.h"
 #include "util/list_object.h"
 #include "vars/var_sets_object.h"
@@ -25,6 +27,8 @@ Ref<DebugPrintOuts> Global::DebugPrintOuts() const { return GetSharedLibrary()->
 
 Ref<Messages> Global::GlobalMessages() const { return GetSharedLibrary()->GlobalMessages(); }
 
+Ref<Keyboard> Global::Keyboard() const { return GetSharedLibrary()->Keyboard(); }
+
 std::u16string Global::LogFile() const { return GetSharedLibrary()->LogFile(); }
 
 void Global::SetLogFile(std::u16string_view NewLogFile) const {
@@ -36,5 +40,7 @@ void Global::LogText(std::u16string_view Text) const { GetSharedLibrary()->LogTe
 Ref<VarSets> Global::VarSets() const { return GetSharedLibrary()->VarSets(); }
 
 Ref<Library> Global::Zep() const { return GetSharedLibrary(); }
+
+Ref<MousePointer> Global::ZepMousePointer() const { return GetSharedLibrary()->ZepMousePointer(); }
 
 }  // namespace zepkit10

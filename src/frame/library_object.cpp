@@ -4,6 +4,8 @@
 
 #include "chart/charts_object.h"
 #include "debug/debug_print_outs_object.h"
+#include "input/keyboard_object.h"
+#include "input/mouse_pointer_object.h"
 #include "msg/messages_object.h"
 #include "util/list_object.h"
 #include "util/log_file_object.h"
@@ -55,13 +57,18 @@ Ref<DebugPrintOuts> Library::DebugPrintOuts() { return Once(debug_print_outs_); 
 
 Ref<Messages> Library::GlobalMessages() { return Once(global_messages_); }
 
+Ref<Keyboard> Library::Keyboard() { return Once(keyboard_); }
+
 void Library::LogText(std::u16string_view Text) const { AppendToLog(log_file_, Text); }
 
 Ref<VarSets> Library::VarSets() { return Once(var_sets_); }
 
+Ref<MousePointer> Library::ZepMousePointer() const { return Make<MousePointer>(); }
+
 void Library::TearDown() noexcept {
   command_line_ = nullptr;
   global_messages_ = nullptr;
+  keyboard_ = nullptr;
   Empty(charts_);
   Empty(var_sets_);
   Empty(debug_print_outs_);

@@ -11,8 +11,10 @@ namespace zepkit10 {
 
 class Charts;
 class DebugPrintOuts;
+class Keyboard;
 class List;
 class Messages;
+class MousePointer;
 class VarSets;
 
 /// The root that owns the library's long-lived objects, each created on its first read.
@@ -26,10 +28,12 @@ class Library final : public AutomationObject<Library, LibraryShim>, public Util
   void DebugPrint(std::u16string_view Text, bool OmitCrLf);
   Ref<zepkit10::DebugPrintOuts> DebugPrintOuts();
   Ref<Messages> GlobalMessages();
+  Ref<zepkit10::Keyboard> Keyboard();
   std::u16string LogFile() const { return log_file_; }
   void SetLogFile(std::u16string_view NewLogFile) { log_file_ = NewLogFile; }
   void LogText(std::u16string_view Text) const;
   Ref<zepkit10::VarSets> VarSets();
+  Ref<MousePointer> ZepMousePointer() const;
 
   /// Empties and releases the objects, in their order. What fails on the way is not reported.
   void TearDown() noexcept;
@@ -39,6 +43,7 @@ class Library final : public AutomationObject<Library, LibraryShim>, public Util
   Ref<List> command_line_;
   Ref<zepkit10::DebugPrintOuts> debug_print_outs_;
   Ref<Messages> global_messages_;
+  Ref<zepkit10::Keyboard> keyboard_;
   Ref<zepkit10::VarSets> var_sets_;
   Indentation indentation_;
   std::u16string log_file_;

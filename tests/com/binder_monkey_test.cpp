@@ -10,7 +10,11 @@
 #include "com/class_walk.h"
 #include "com/client.h"
 #include "com/component.h"
+#include "com/import_hook.h"
 #include "com/probe/probe_test.h"
+
+DECLARE_IMPORT(SetCursorPos, 8);
+DECLARE_IMPORT(SystemParametersInfoA, 16);
 
 namespace {
 
@@ -184,7 +188,18 @@ TEST_F(BinderMonkeyTest, ProbesWithstandAnything) {
   let_go();
 }
 
-class ComponentMonkeyTest : public probe::AllocationCheck, public component::Test {};
+/// Takes changes of what all programs share, and leaves it as it is.
+BOOL WINAPI LeavePointer(int, int) { return TRUE; }
+BOOL WINAPI LeaveSettings(UINT, UINT, void* room, UINT) {
+  if (room) *static_cast<int*>(room) = 1;
+  return TRUE;
+}
+
+class ComponentMonkeyTest : public probe::AllocationCheck, public component::Test {
+ private:
+  const ImportHook<&__imp_SetCursorPos> pointer_{LeavePointer};
+  const ImportHook<&__imp_SystemParametersInfoA> settings_{LeaveSettings};
+};
 
 TEST_F(ComponentMonkeyTest, EveryClassWithstandsAnything) {
   if (!component::IsLinked())

@@ -22,14 +22,14 @@ TEST_P(LibraryTest, RootsShareTheirObjects) {
   const Object library = first.GetObject(L"Zep");
   EXPECT_EQ(second.Get(L"Zep"), library);
   for (const wchar_t* name :
-       {L"Charts", L"VarSets", L"DebugPrintOuts", L"CommandLine", L"GlobalMessages"}) {
+       {L"Charts", L"VarSets", L"DebugPrintOuts", L"CommandLine", L"GlobalMessages", L"Keyboard"}) {
     const Object shared = first.GetObject(name);
     ASSERT_TRUE(shared);
     EXPECT_EQ(first.Get(name), shared);
     EXPECT_EQ(second.Get(name), shared);
     EXPECT_EQ(library.Get(name), shared);
   }
-  for (const wchar_t* name : {L"Charts", L"VarSets", L"DebugPrintOuts"}) {
+  for (const wchar_t* name : {L"Charts", L"VarSets", L"DebugPrintOuts", L"Keyboard"}) {
     EXPECT_EQ(first.GetObject(name).Get(L"Parent"), library);
   }
 }

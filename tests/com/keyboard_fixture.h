@@ -1,0 +1,27 @@
+#pragma once
+
+#include "com/both_roots.h"
+
+inline constexpr BYTE kDown = 0x80, kOn = 0x01;
+
+/// The keyboard that a root hands out.
+class KeyboardTest : public BothRoots {
+ protected:
+  client::Object keyboard_ = root_.GetObject(L"Keyboard");
+};
+
+/// A member that tells one bit of the state of one key.
+struct KeyMember {
+  const wchar_t* name;
+  BYTE bit;
+  int key;
+};
+
+inline constexpr KeyMember kMembers[] = {
+    {L"Alternate", kDown, 18},       {L"CapsLock", kOn, 20},       {L"CapsLockDown", kDown, 20},
+    {L"Control", kDown, 17},         {L"Insert", kOn, 45},         {L"InsertDown", kDown, 45},
+    {L"LAlternate", kDown, 164},     {L"LControl", kDown, 162},    {L"LShift", kDown, 160},
+    {L"NumLock", kOn, 144},          {L"NumLockDown", kDown, 144}, {L"RAlternate", kDown, 165},
+    {L"RControl", kDown, 163},       {L"RShift", kDown, 161},      {L"ScrollLock", kOn, 145},
+    {L"ScrollLockDown", kDown, 145}, {L"Shift", kDown, 16},
+};

@@ -1,0 +1,251 @@
+// The state of keys, set for the test's own thread, and the settings of the keyboard.
+#include "com/apartment.h"
+#include "com/keyboard_fixture.h"
+
+namespace {
+
+using client::Object;
+using client::Value;
+using component::InNewApartment;
+
+/// The keys of this thread, left as they were.
+class Keys {
+ public:
+  Keys() { GetKeyboardState(before_); }
+  ~Keys() { SetKeyboardState(before_); }
+  Keys(const Keys&) = delete;
+  Keys& operator=(const Keys&) = delete;
+
+  /// Puts one key into a state and all others up and off.
+  static void Only(int key, BYTE state) {
+    BYTE keys[256] = {};
+    keys[key] = state;
+    EXPECT_TRUE(SetKeyboardState(keys));
+  }
+
+ private:
+  BYTE before_[256] = {};
+};
+
+/// The settings of the keyboard, left as they were.
+class Settings {
+ public:
+  Settings() : delay_(Read(SPI_GETKEYBOARDDELAY)), preference_(Read(SPI_GETKEYBOARDPREF)) {}
+  ~Settings() {
+    SystemParametersInfoA(SPI_SETKEYBOARDDELAY, static_cast<UINT>(delay_), nullptr, 0);
+    SystemParametersInfoA(SPI_SETKEYBOARDPREF, static_cast<UINT>(preference_), nullptr, 0);
+  }
+  Settings(const Settings&) = delete;
+  Settings& operator=(const Settings&) = delete;
+
+  static int Read(UINT setting) {
+    int value = 0;
+    EXPECT_TRUE(SystemParametersInfoA(setting, 0, &value, 0));
+    return value;
+  }
+
+ private:
+  const int delay_, preference_;
+};
+
+TEST_P(KeyboardTest, EachMemberTellsItsKey) {
+  const Keys keys;
+  for (const KeyMember& pressed : kMembers) {
+    for (const BYTE state : {BYTE{0}, kDown, kOn, BYTE{kDown | kOn}}) {
+      Keys::Only(pressed.key, state);
+      for (const KeyMember& member : kMembers) {
+        EXPECT_EQ(keyboard_.Get(member.name),
+                  member.key == pressed.key && (state & member.bit) != 0)
+            << member.name << ", key " << pressed.key << " in state " << int{state};
+      }
+    }
+  }
+}
+
+TEST_P(KeyboardTest, KeyDownAndKeyOnTellAnyKey) {
+  const Keys keys;
+  for (int key = 1; key < 256; ++key) {
+    for (const BYTE state : {BYTE{0}, kDown, kOn, BYTE{kDown | kOn}}) {
+      Keys::Only(key, state);
+      EXPECT_EQ(keyboard_.Get(L"KeyDown", {key}), (state & kDown) != 0) << key;
+      EXPECT_EQ(keyboard_.Get(L"KeyOn", {key}), (state & kOn) != 0) << key;
+      EXPECT_EQ(keyboard_.Get(L"KeyDown", {256 - key}), key == 128 && (state & kDown)) << key;
+    }
+  }
+}
+
+TEST_P(KeyboardTest, MembersAgreeOnKeysThatAreStruck) {
+  const Keys keys;
+  const auto agree = [this](bool shift, bool caps_lock) {
+    EXPECT_EQ(keyboard_.Get(L"Shift"), shift);
+    EXPECT_EQ(keyboard_.Get(L"KeyDown", {static_cast<int>(zepVKShift)}), shift);
+    EXPECT_EQ(keyboard_.Get(L"CapsLock"), caps_lock);
+    EXPECT_EQ(keyboard_.Get(L"KeyOn", {static_cast<int>(zepVKCapital)}), caps_lock);
+  };
+  const bool before = keyboard_.Get(L"CapsLock") == true;
+  for (const bool caps_lock : {!before, before}) {
+    keybd_event(VK_CAPITAL, 0, 0, 0);
+    EXPECT_EQ(keyboard_.Get(L"CapsLockDown"), true);
+    keybd_event(VK_CAPITAL, 0, KEYEVENTF_KEYUP, 0);
+    EXPECT_EQ(keyboard_.Get(L"CapsLockDown"), false);
+    keybd_event(VK_SHIFT, 0, 0, 0);
+    agree(true, caps_lock);
+    keybd_event(VK_SHIFT, 0, KEYEVENTF_KEYUP, 0);
+    agree(false, caps_lock);
+  }
+}
+
+TEST_P(KeyboardTest, CodesWithoutAKeyAreNoError) {
+  for (const int code : {0, -1, 255, 256, 32768, INT_MAX, INT_MIN}) {
+    EXPECT_OK(keyboard_.Get(L"KeyDown", {code}));
+    EXPECT_OK(keyboard_.Get(L"KeyOn", {code}));
+  }
+}
+
+TEST(KeyboardConstantsTest, KeysAreTheSystems) {
+  const std::pair<int, int> keys[] = {
+      {VK_LBUTTON, zepVKLButton},
+      {VK_RBUTTON, zepVKRButton},
+      {VK_CANCEL, zepVKCancel},
+      {VK_MBUTTON, zepVKMButton},
+      {VK_BACK, zepVKBack},
+      {VK_TAB, zepVKTab},
+      {VK_CLEAR, zepVKClear},
+      {VK_RETURN, zepVKReturn},
+      {VK_SHIFT, zepVKShift},
+      {VK_CONTROL, zepVKControl},
+      {VK_MENU, zepVKMenu},
+      {VK_PAUSE, zepVKPause},
+      {VK_CAPITAL, zepVKCapital},
+      {VK_ESCAPE, zepVKEscape},
+      {VK_SPACE, zepVKSpace},
+      {VK_PRIOR, zepVKPrior},
+      {VK_NEXT, zepVKNext},
+      {VK_END, zepVKEnd},
+      {VK_HOME, zepVKHome},
+      {VK_LEFT, zepVKLeft},
+      {VK_UP, zepVKUp},
+      {VK_RIGHT, zepVKRight},
+      {VK_DOWN, zepVKDown},
+      {VK_SELECT, zepVKSelect},
+      {VK_EXECUTE, zepVKExecute},
+      {VK_SNAPSHOT, zepVKSnapshot},
+      {VK_INSERT, zepVKInsert},
+      {VK_DELETE, zepVKDelete},
+      {VK_HELP, zepVKHelp},
+      {'0', zepVK0},
+      {'9', zepVK9},
+      {'A', zepVKA},
+      {'Z', zepVKZ},
+      {VK_LWIN, zepVKLWin},
+      {VK_RWIN, zepVKRWin},
+      {VK_APPS, zepVKApps},
+      {VK_NUMPAD0, zepVKNumpad0},
+      {VK_NUMPAD9, zepVKNumpad9},
+      {VK_MULTIPLY, zepVKMultiply},
+      {VK_ADD, zepVKAdd},
+      {VK_SEPARATOR, zepVKSeparator},
+      {VK_SUBTRACT, zepVKSubtract},
+      {VK_DECIMAL, zepVKDecimal},
+      {VK_DIVIDE, zepVKDivide},
+      {VK_F1, zepVKF1},
+      {VK_F24, zepVKF24},
+      {VK_NUMLOCK, zepVKNumlock},
+      {VK_SCROLL, zepVKScroll},
+      {VK_LSHIFT, zepVKLShift},
+      {VK_RSHIFT, zepVKRShift},
+      {VK_LCONTROL, zepVKLControl},
+      {VK_RCONTROL, zepVKRControl},
+      {VK_LMENU, zepVKLMenu},
+      {VK_RMENU, zepVKRMenu},
+      {VK_ATTN, zepVKAttn},
+      {VK_CRSEL, zepVKCrSel},
+      {VK_EXSEL, zepVKExSel},
+      {VK_EREOF, zepVKErEof},
+      {VK_PLAY, zepVKPlay},
+      {VK_ZOOM, zepVKZoom},
+      {VK_NONAME, zepVKNoname},
+      {VK_PA1, zepVKPA1},
+      {VK_OEM_CLEAR, zepVKOemClear},
+  };
+  for (const auto& [system, ours] : keys) EXPECT_EQ(system, ours);
+}
+
+TEST_P(KeyboardTest, StartsByTellingAndSavingChanges) {
+  InNewApartment([this] {
+    const Object global(component::Create<IDispatch>(CLSID_Global).Get(), root_.binding());
+    const Object keyboard = global.GetObject(L"Keyboard");
+    EXPECT_EQ(keyboard.Get(L"Notify"), true);
+    EXPECT_EQ(keyboard.Get(L"SaveChanges"), true);
+  });
+}
+
+TEST_P(KeyboardTest, SettingsAreTheSystems) {
+  const Settings settings;
+  for (const wchar_t* name : {L"Notify", L"SaveChanges"}) EXPECT_OK(keyboard_.Let(name, {false}));
+  for (const int delay : {3, 1, 2, 0}) {
+    EXPECT_OK(keyboard_.Let(L"Delay", {delay}));
+    EXPECT_EQ(keyboard_.Get(L"Delay"), delay);
+    EXPECT_EQ(delay, Settings::Read(SPI_GETKEYBOARDDELAY));
+  }
+  for (const bool preference : {true, false}) {
+    EXPECT_OK(keyboard_.Let(L"Preference", {preference}));
+    EXPECT_EQ(keyboard_.Get(L"Preference"), preference);
+    EXPECT_EQ(preference, Settings::Read(SPI_GETKEYBOARDPREF) != 0);
+  }
+  for (const wchar_t* name : {L"Notify", L"SaveChanges"}) EXPECT_OK(keyboard_.Let(name, {true}));
+}
+
+TEST_P(KeyboardTest, OtherDelaysAreRefused) {
+  const Settings settings;
+  const int before = Settings::Read(SPI_GETKEYBOARDDELAY);
+  for (const int delay : {4, -1, 250, 65536, INT_MAX, INT_MIN}) {
+    EXPECT_ZEP_ERROR(keyboard_.Let(L"Delay", {delay}), zepErrBadCall, L"Keyboard");
+    EXPECT_EQ(before, Settings::Read(SPI_GETKEYBOARDDELAY));
+  }
+}
+
+TEST_P(KeyboardTest, BothRootsHandOutTheSameObject) {
+  const Object global(component::Create<IDispatch>(CLSID_Global).Get(), root_.binding());
+  const Object library = global.GetObject(L"Zep");
+  const Object keyboard = global.GetObject(L"Keyboard");
+  EXPECT_EQ(library.Get(L"Keyboard"), keyboard);
+  EXPECT_EQ(keyboard.Get(L"Parent"), library);
+  EXPECT_EQ(root_.Get(L"Keyboard"), keyboard_);
+}
+
+TEST_P(KeyboardTest, CannotBeCreated) {
+  IDispatch* created = nullptr;
+  EXPECT_EQ(
+      CLASS_E_CLASSNOTAVAILABLE,
+      component::CreateInstance(CLSID_Keyboard, IID_IDispatch, reinterpret_cast<void**>(&created)));
+}
+
+TEST_P(KeyboardTest, ItKeepsTheLibrary) {
+  InNewApartment([this] {
+    const auto make = [this] {
+      return Object(component::Create<IDispatch>(CLSID_Global).Get(), root_.binding());
+    };
+    Object global = make();
+    const Object library = global.GetObject(L"Zep");
+    EXPECT_OK(global.GetObject(L"Keyboard").Let(L"Notify", {false}));
+    global.Reset();
+    global = make();
+    EXPECT_EQ(global.Get(L"Zep"), library);
+    EXPECT_EQ(global.GetObject(L"Keyboard").Get(L"Notify"), false);
+  });
+}
+
+TEST_P(KeyboardTest, ItServesAfterTheEndOfItsApartment) {
+  Object keyboard;
+  InNewApartment([&] {
+    const Object global(component::Create<IDispatch>(CLSID_Global).Get(), root_.binding());
+    keyboard = global.GetObject(L"Keyboard");
+  });
+  EXPECT_OK(keyboard.Get(L"Shift"));
+  EXPECT_EQ(keyboard.Get(L"Notify"), true);
+}
+
+RUN_WITH_BOTH_ROOTS(KeyboardTest);
+
+}  // namespace
