@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "expr/arithmetic.h"
-#include "expr/float_environment.h"
 #include "expr/near_stack.h"
+#include "expr/planner.h"
 #include "frame/errors.h"
 
 namespace zepkit10 {
@@ -133,7 +134,7 @@ bool Evaluation::Continue() {
         value = left / (right = *--top);
         break;
       case zepMORaise:
-        value = std::pow(left, right = *--top);
+        value = Power(left, right = *--top);
         break;
       case zepMOSqr:
         value = std::sqrt(left);
@@ -167,9 +168,30 @@ bool Evaluation::Continue() {
   return true;
 }
 
-double Evaluate(Evaluable& root) {
+const Plan* Evaluable::PlanFor(int nesting) {
+  const std::uint64_t now = meaning.load(std::memory_order_relaxed);
+  if (planned_in_ != now) {
+    // Set first: a variable that leads back here finds that there is no plan.
+    planned_in_ = now;
+    plan_ = nullptr;
+    plan_ = MakePlan(*this, nesting);
+  }
+  return plan_.get();
+}
+
+/// A plan is made for a second evaluation: most terms are evaluated once.
+const Plan* Evaluable::PlanWorthHaving() {
+  const std::uint64_t now = meaning.load(std::memory_order_relaxed);
+  if (planned_in_ == now) return plan_.get();
+  return std::exchange(evaluated_in_, now) == now ? PlanFor(0) : nullptr;
+}
+
+double Evaluate(Evaluable& root, const DefaultFloatEnvironment&) {
+  if (const Plan* plan = root.PlanWorthHaving()) {
+    const double value = plan->Run();
+    if (std::isfinite(value)) return value;
+  }
   if (const double* number = root.Term().Constant()) return *number;
-  const DefaultFloatEnvironment environment;
   try {
     Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
     return evaluation.Run(root);

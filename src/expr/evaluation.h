@@ -1,5 +1,11 @@
 #pragma once
 
+#include <atomic>
+#include <cstdint>
+#include <memory>
+
+#include "expr/float_environment.h"
+#include "expr/plan.h"
 #include "expr/term.h"
 
 namespace zepkit10 {
@@ -13,19 +19,40 @@ class Evaluable {
   /// nothing.
   virtual Evaluable& VariableNamed(char16_t name) = 0;
 
+  /// The same without raising or making anything: null where it stands for nothing yet.
+  virtual Evaluable* FindVariable(char16_t name) = 0;
+
+  /// The plan of the term, null if there can be none. Good until the next `MeaningChanged`.
+  /// `nesting` tells how many plans are being made around this one.
+  const Plan* PlanFor(int nesting);
+
  protected:
   ~Evaluable() = default;
 
  private:
   friend class Evaluation;
+  friend double Evaluate(Evaluable& root, const DefaultFloatEnvironment&);
+
+  const Plan* PlanWorthHaving();
+
   bool in_progress_ = false;
+  std::uint64_t evaluated_in_ = 0;  // the meaning it was last evaluated in without a plan
+  std::uint64_t planned_in_ = 0;    // the meaning it was last planned in
+  std::unique_ptr<const Plan> plan_;
 };
+
+/// Counts the changes of what terms mean.
+inline std::atomic<std::uint64_t> meaning = 1;
+
+/// To be called after every change of a term or of what a variable stands for. Only a plain number
+/// in place of another one is no change.
+inline void MeaningChanged() noexcept { meaning.fetch_add(1, std::memory_order_relaxed); }
 
 /// The value of a term with the current values of its variables, which may be terms themselves: a
 /// chain of any length is followed, one that leads back to itself raises error 28. Operands are
 /// evaluated right before left. Raises error 11 for a division by zero, 6 for an overflow and 5 for
 /// any other invalid operation; the result is always finite. Errors of the runtime, a lookup's too,
 /// name the Expression as their source; the library's own keep theirs.
-double Evaluate(Evaluable& root);
+double Evaluate(Evaluable& root, const DefaultFloatEnvironment& environment);
 
 }  // namespace zepkit10

@@ -1,7 +1,8 @@
 #include "expr/expression_object.h"
 
-#include <cmath>
+#include <utility>
 
+#include "expr/number_format.h"
 #include "expr/transform.h"
 #include "platform/user_number_format.h"
 #include "vars/var_set_object.h"
@@ -12,13 +13,18 @@ Expression::Expression() = default;
 
 Expression::~Expression() = default;
 
-void Expression::Clear() { term_ = zepkit10::Term(); }
+void Expression::Clear() { SetTerm(zepkit10::Term()); }
 
 std::u16string Expression::EString() const { return TermText(term_, UserNumberFormat()); }
 
 void Expression::SetEString(std::u16string_view NewEString) {
   Clear();
-  term_ = ParseTerm(NewEString, UserNumberFormat());
+  SetTerm(ParseTerm(NewEString, UserNumberFormat()));
+}
+
+void Expression::SetTerm(zepkit10::Term term) {
+  term_ = std::move(term);
+  MeaningChanged();
 }
 
 Variant Expression::Transform(const VARIANT& Source, ZepMathTransMode TransMode) const {
@@ -46,10 +52,14 @@ Variant Expression::Transform(const VARIANT& Source, ZepMathTransMode TransMode)
   }
 }
 
-double Expression::Value() { return Evaluate(*this); }
+double Expression::Value() {
+  if (const double* number = term_.Constant()) return *number;
+  return Evaluate(*this, DefaultFloatEnvironment());
+}
 
 void Expression::SetValue(double NewValue) {
-  if (!std::isfinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);
+  if (!IsFinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);
+  if (!term_.Constant()) Clear();
   term_.SetNumber(NewValue);
 }
 
@@ -61,11 +71,19 @@ void Expression::SetVarSet(_VarSet* NewVarSet) {
   Attach(Ref(var_set));
 }
 
-void Expression::Attach(Ref<zepkit10::VarSet> var_set) { var_set_ = std::move(var_set); }
+void Expression::Attach(Ref<zepkit10::VarSet> var_set) {
+  var_set_ = std::move(var_set);
+  MeaningChanged();
+}
 
 Evaluable& Expression::VariableNamed(char16_t name) {
   if (!var_set_) Raise(ZepErrors::zepErrBadCallContext);
   return var_set_->VariableNamed({&name, 1}).Bound();
+}
+
+Evaluable* Expression::FindVariable(char16_t name) {
+  const Variable* found = var_set_ ? var_set_->FindByName({&name, 1}) : nullptr;
+  return found ? &found->Bound() : nullptr;
 }
 
 }  // namespace zepkit10

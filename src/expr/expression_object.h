@@ -13,6 +13,9 @@ class VarSet;
 /// the attached set.
 class Expression final : public AutomationObject<Expression, ExpressionShim>, public Evaluable {
  public:
+  /// What calculates here sets the floating-point environment itself, once.
+  static constexpr bool kSetsFloatEnvironment = true;
+
   Expression();
   ~Expression() override;
 
@@ -38,6 +41,8 @@ class Expression final : public AutomationObject<Expression, ExpressionShim>, pu
  private:
   const zepkit10::Term& Term() const override { return term_; }
   Evaluable& VariableNamed(char16_t name) override;
+  Evaluable* FindVariable(char16_t name) override;
+  void SetTerm(zepkit10::Term term);
 
   zepkit10::Term term_;
   Ref<zepkit10::VarSet> var_set_;

@@ -2,9 +2,16 @@
 
 #include <xmmintrin.h>
 
+#include <bit>
 #include <cstdint>
 
 namespace zepkit10 {
+
+/// True but for infinities and NaN. Looks at the bits alone, so that it traps in no environment.
+constexpr bool IsFinite(double number) {
+  constexpr std::uint64_t kExponent = 0x7ff0'0000'0000'0000;
+  return (std::bit_cast<std::uint64_t>(number) & kExponent) != kExponent;
+}
 
 /// The processor's default floating-point environment for the length of a scope: no trapped
 /// exceptions, round to nearest, full precision. Some hosts run with others, and would be thrown

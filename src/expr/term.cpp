@@ -219,16 +219,11 @@ Term::Term(std::vector<Node> nodes)
   }
 }
 
-void Term::SetNumber(double number) {
-  number += 0.0;  // the text of -0 is that of 0
-  const bool negative = number < 0;
-  nodes_.resize(negative ? 3 : 1);
-  nodes_[0] = {zepMOSub, 0, 0};
-  if (negative) nodes_[1] = {};
-  nodes_.back() = {zepMONumber, 0, negative ? -number : number};
+void Term::MakeNumber(bool negative) {
+  nodes_.assign(negative ? 3 : 1, Node{});
+  if (negative) nodes_[0] = {zepMOSub, 0, 0};
   stack_depth_ = negative ? 2 : 1;
   is_constant_ = true;
-  constant_ = number;
 }
 
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <bit>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,8 +27,14 @@ class Term {
   explicit Term(std::vector<Node> nodes);
 
   /// Makes the term what its number's text would be parsed to: a negative number is 0 minus its
-  /// absolute value. The number is finite.
-  void SetNumber(double number);
+  /// absolute value. The number is finite. Nothing is calculated, so that nothing can trap.
+  void SetNumber(double number) {
+    const std::uint64_t bits = std::bit_cast<std::uint64_t>(number);
+    const bool negative = bits > kSign;  // the text of -0 is that of 0
+    if (!is_constant_ || (nodes_.size() > 1) != negative) MakeNumber(negative);
+    nodes_.back().number = std::bit_cast<double>(bits & ~kSign);
+    constant_ = negative ? number : nodes_.back().number;
+  }
 
   /// Each node stands before its left and then its right operand. Read from the end, that is the
   /// order of evaluation: the right operand first, then the left, then what joins them.
@@ -39,6 +47,11 @@ class Term {
   const double* Constant() const { return is_constant_ ? &constant_ : nullptr; }
 
  private:
+  static constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+
+  /// Makes the nodes of a number that is to be written there.
+  void MakeNumber(bool negative);
+
   std::vector<Node> nodes_{Node{}};
   std::size_t stack_depth_ = 1;
   bool is_constant_ = true;

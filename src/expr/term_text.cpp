@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "expr/float_environment.h"
 #include "expr/operations.h"
 #include "expr/term.h"
 #include "frame/errors.h"
@@ -10,6 +11,7 @@ namespace zepkit10 {
 // operands: that waits on a stack until the operands before it are written.
 std::u16string TermText(const Term& term, const NumberFormat& numbers) {
   using enum ZepMathOperation;
+  const DefaultFloatEnvironment environment;
   std::u16string text;
   struct Pending {
     std::u16string_view infix;  // written when its left operand is complete

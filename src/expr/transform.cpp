@@ -1,5 +1,6 @@
 #include "expr/transform.h"
 
+#include "expr/float_environment.h"
 #include "expr/operations.h"
 #include "expr/tokens.h"
 #include "frame/errors.h"
@@ -14,6 +15,7 @@ Entry Require(const std::optional<Entry>& entry) {
 }
 
 Token FirstToken(std::u16string_view text, const NumberFormat& numbers) {
+  const DefaultFloatEnvironment environment;
   return Tokenizer(text, numbers).At(0, text.size());
 }
 

@@ -20,12 +20,14 @@ void Variable::Bind(Ref<zepkit10::Expression> expression) {
   EnsureAlive();
   expression->Attach(Ref(&parent()));
   expression_ = std::move(expression);
+  MeaningChanged();
 }
 
 void Variable::SetName(std::u16string_view NewName) {
   EnsureAlive();
   if (NewName.size() != 1) Raise(ZepErrors::zepErrBadPropValue);
   ItemOf::SetName(NewName);
+  MeaningChanged();
 }
 
 double Variable::Value() const {
@@ -41,6 +43,11 @@ void Variable::SetValue(double NewValue) {
 void Variable::AttachParent(VarSet* parent) {
   ItemOf::AttachParent(parent);
   expression_->Attach(Ref(parent));
+}
+
+void Variable::ReleaseContent() {
+  expression_ = nullptr;
+  MeaningChanged();
 }
 
 }  // namespace zepkit10

@@ -11,6 +11,9 @@ class VarSet;
 /// A one-letter name bound to an Expression, whose value is the variable's.
 class Variable final : public ItemOf<Deletable<Variable, VariableShim>, VarSet> {
  public:
+  /// The Expression calculates, and sets the floating-point environment for it.
+  static constexpr bool kSetsFloatEnvironment = true;
+
   Ref<zepkit10::Expression> Expression() const;
   void SetExpression(_Expression* NewExpression);
 
@@ -22,7 +25,7 @@ class Variable final : public ItemOf<Deletable<Variable, VariableShim>, VarSet> 
 
   /// Also attaches the bound Expression to the owner.
   void AttachParent(VarSet* parent);
-  void ReleaseContent() { expression_ = nullptr; }
+  void ReleaseContent();
 
   /// The bound Expression of a variable that is alive.
   Evaluable& Bound() const { return *expression_; }

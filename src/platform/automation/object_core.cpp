@@ -1,7 +1,6 @@
 #include "platform/automation/object_core.h"
 
 #include "platform/automation/event_source.h"
-#include "platform/automation/module.h"
 
 namespace zepkit10 {
 namespace {
@@ -58,19 +57,11 @@ HRESULT ObjectCore::QueryInterface(REFIID iid, void** result) noexcept {
   return S_OK;
 }
 
-ULONG ObjectCore::AddRef() noexcept {
-  if (external_++ == 0) AddModuleUse();
-  return static_cast<ULONG>(external_);
-}
-
-ULONG ObjectCore::Release() noexcept {
-  const long left = --external_;
-  if (left == 0) {
-    // Destroyed first: a DLL that is no longer in use may be unloaded at any moment.
-    DestroyIfUnused();
-    ReleaseModuleUse();
-  }
-  return static_cast<ULONG>(left);
+/// Clients hold the object no longer.
+void ObjectCore::EndUse() noexcept {
+  // Destroyed first: a DLL that is no longer in use may be unloaded at any moment.
+  DestroyIfUnused();
+  ReleaseModuleUse();
 }
 
 HRESULT ObjectCore::InterfaceSupportsErrorInfo(REFIID iid) noexcept {

@@ -5,6 +5,7 @@
 #include <ocidl.h>
 
 #include "platform/automation/class_description.h"
+#include "platform/automation/module.h"
 
 namespace zepkit10 {
 
@@ -25,8 +26,15 @@ class ObjectCore : public ISupportErrorInfo, public IProvideClassInfo2 {
   static ObjectCore* Behind(IUnknown* object) noexcept;
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) noexcept final;
-  ULONG STDMETHODCALLTYPE AddRef() noexcept final;
-  ULONG STDMETHODCALLTYPE Release() noexcept final;
+  ULONG STDMETHODCALLTYPE AddRef() noexcept final {
+    if (external_++ == 0) AddModuleUse();
+    return static_cast<ULONG>(external_);
+  }
+  ULONG STDMETHODCALLTYPE Release() noexcept final {
+    const long left = --external_;
+    if (left == 0) EndUse();
+    return static_cast<ULONG>(left);
+  }
   HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) noexcept final;
   HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo** result) noexcept final;
   HRESULT STDMETHODCALLTYPE GetGUID(DWORD kind, GUID* result) noexcept final;
@@ -50,6 +58,7 @@ class ObjectCore : public ISupportErrorInfo, public IProvideClassInfo2 {
     if (external_ == 0 && internal_ == 0) Destroy();
   }
   void Destroy() noexcept;
+  void EndUse() noexcept;
 
   const ClassDescription& class_;
   IDispatch* const dispatch_;

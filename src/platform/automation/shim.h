@@ -44,12 +44,13 @@ class Shim : public Interface_ {
   }
 
  protected:
-  /// Runs a member without a result, in the default floating-point environment. No exception
+  /// Runs a member without a result, in the default floating-point environment unless the class
+  /// sets that where it needs it: looking at it takes longer than many a member. No exception
   /// passes.
   template <class Body>
   HRESULT Call(Body&& body) noexcept {
     const Keeper keeper(object_);
-    const DefaultFloatEnvironment environment;
+    [[maybe_unused]] const Environment<Object> environment;
     try {
       body(object_);
       return S_OK;
@@ -67,6 +68,13 @@ class Shim : public Interface_ {
   }
 
  private:
+  struct AnyEnvironment {};
+  template <class Called>
+  using Environment = std::conditional_t < requires {
+    Called::kSetsFloatEnvironment;
+  }
+  , AnyEnvironment, DefaultFloatEnvironment > ;
+
   /// Keeps the object alive for the length of a call: a handler may drop the client's last
   /// reference.
   class Keeper {

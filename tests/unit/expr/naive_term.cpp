@@ -211,7 +211,7 @@ double Value(const Term& term, const Lookup& lookup) {
     case zepMORaise:
       if (left == 0 && right < 0) Raise(zepVbErrDivisionByZero);
       if (left < 0 && right != std::floor(right)) Raise(zepVbErrBadCall);
-      result = std::pow(left, right);
+      result = right == 2 ? left * left : std::pow(left, right);
       break;
     case zepMOSqr:
       if (left < 0) Raise(zepVbErrBadCall);

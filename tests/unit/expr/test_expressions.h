@@ -1,6 +1,10 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <bit>
 #include <map>
+#include <ostream>
 #include <string>
 #include <string_view>
 
@@ -11,13 +15,46 @@
 
 namespace zepkit10 {
 
+/// The failure that an action raises; the number 0 if there is none.
+template <class Action>
+Failure FailureOf(Action action) {
+  try {
+    action();
+  } catch (const Failure& failure) {
+    return failure;
+  }
+  return {0, {}, {}};
+}
+
+/// What an evaluation gives, to the last bit.
+struct EvaluationOutcome {
+  std::uint64_t bits = 0;
+  Failure failure{};
+
+  friend bool operator==(const EvaluationOutcome&, const EvaluationOutcome&) = default;
+  friend std::ostream& operator<<(std::ostream& stream, const EvaluationOutcome& outcome) {
+    return stream << std::hexfloat << std::bit_cast<double>(outcome.bits) << ", error "
+                  << outcome.failure.number;
+  }
+};
+
+inline EvaluationOutcome OutcomeOf(Evaluable& term) {
+  EvaluationOutcome outcome;
+  outcome.failure = FailureOf([&] {
+    outcome.bits = std::bit_cast<std::uint64_t>(Evaluate(term, DefaultFloatEnvironment()));
+  });
+  return outcome;
+}
+
 class TestExpressions;
 
 /// A term whose variables are looked up in a set.
-class TestExpression final : public Evaluable {
+class TestExpression : public Evaluable {
  public:
+  virtual ~TestExpression() = default;
   const zepkit10::Term& Term() const override { return term; }
   Evaluable& VariableNamed(char16_t name) override;
+  Evaluable* FindVariable(char16_t name) override;
 
   zepkit10::Term term;
   TestExpressions* expressions = nullptr;
@@ -31,17 +68,27 @@ class TestExpressions {
   }
   void Set(char16_t name, double number) { At(name).term.SetNumber(number); }
 
+  /// Evaluates a term in the order of the rules, and again with a plan, which must come to the same
+  /// to the last bit.
   double Evaluate(const Term& term) {
     TestExpression root;
     root.term = term;
     root.expressions = this;
-    return zepkit10::Evaluate(root);
+    const EvaluationOutcome first = OutcomeOf(root);
+    const std::u16string lookups_of_first = lookups;
+    const EvaluationOutcome second = OutcomeOf(root);
+    lookups = lookups_of_first;
+    EXPECT_EQ(first, second);
+    if (first.failure.number != 0) throw first.failure;
+    return std::bit_cast<double>(first.bits);
   }
   double Evaluate(std::u16string_view text) {
     return Evaluate(ParseTerm(text, naive::EnglishNumbers()));
   }
 
+  /// A term that may be changed until the next evaluation.
   TestExpression& At(char16_t name) {
+    MeaningChanged();
     TestExpression& expression = expressions_[name];
     expression.expressions = this;
     return expression;
@@ -60,20 +107,16 @@ class TestExpressions {
   std::u16string lookups;
 
  private:
+  friend class TestExpression;
+
   std::map<char16_t, TestExpression> expressions_;
 };
 
 inline Evaluable& TestExpression::VariableNamed(char16_t name) { return expressions->Find(name); }
 
-/// The failure that an action raises; the number 0 if there is none.
-template <class Action>
-Failure FailureOf(Action action) {
-  try {
-    action();
-  } catch (const Failure& failure) {
-    return failure;
-  }
-  return {0, {}, {}};
+inline Evaluable* TestExpression::FindVariable(char16_t name) {
+  const auto found = expressions->expressions_.find(name);
+  return found == expressions->expressions_.end() ? nullptr : &found->second;
 }
 
 }  // namespace zepkit10
