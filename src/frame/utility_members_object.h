@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "about/about_members_object.h"
 #include "util/array_members_object.h"
 #include "util/file_members_object.h"
 #include "util/list_members_object.h"
@@ -11,7 +12,8 @@ namespace zepkit10 {
 
 /// The members that `Library` and `Global` have in common and that need no object of their own.
 /// Their errors name the class whose member the client called.
-class UtilityMembers : public ArrayMembers,
+class UtilityMembers : public AboutMembers,
+                       public ArrayMembers,
                        public FileMembers,
                        public ListMembers,
                        public ScalarMembers {

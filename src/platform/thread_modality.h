@@ -1,0 +1,25 @@
+#pragma once
+
+#include <windows.h>
+
+#include <vector>
+
+namespace zepkit10 {
+
+/// Keeps the user away from all visible windows of the thread but one.
+class ThreadModality {
+ public:
+  explicit ThreadModality(HWND except);
+  ~ThreadModality() { End(); }
+  ThreadModality(const ThreadModality&) = delete;
+  ThreadModality& operator=(const ThreadModality&) = delete;
+
+  /// Lets the user at them again. Before the window that was left out goes, so that the system can
+  /// activate one of them.
+  void End() noexcept;
+
+ private:
+  std::vector<HWND> disabled_;
+};
+
+}  // namespace zepkit10
