@@ -3,9 +3,8 @@
 #include <olectl.h>
 
 #include "frame/errors.h"
-#include "platform/about_controls.h"
-#include "platform/automation/module.h"
 #include "platform/automation/translate.h"
+#include "platform/own_icon.h"
 
 namespace zepkit10 {
 namespace {
@@ -18,11 +17,6 @@ constexpr int kMaxWidth = 128;
 
 constexpr int kUnitsPerInch = 2540;
 
-HICON LoadOwnIcon(int width) {
-  return static_cast<HICON>(LoadImageW(ThisModule(), MAKEINTRESOURCEW(ZEPKIT10_ICON), IMAGE_ICON,
-                                       width, width, LR_DEFAULTCOLOR));
-}
-
 void Check(HRESULT result) {
   if (FAILED(result)) RaiseRefusal(result);
 }
@@ -34,7 +28,10 @@ ComPtr<IPictureDisp> MakeIconPicture() {
   description.cbSizeofstruct = sizeof description;
   description.picType = PICTYPE_ICON;
   description.icon.hicon = LoadOwnIcon(GetSystemMetrics(SM_CXICON));
-  if (!description.icon.hicon) RaiseRefusal(HRESULT_FROM_WIN32(GetLastError()));
+  if (!description.icon.hicon) {
+    const DWORD error = GetLastError();
+    RaiseRefusal(error ? HRESULT_FROM_WIN32(error) : E_OUTOFMEMORY);
+  }
   ComPtr<IPictureDisp> picture;
   const HRESULT made = OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE,
                                                 reinterpret_cast<void**>(picture.GetAddressOf()));
