@@ -125,7 +125,7 @@ TEST_P(AboutBoxTest, MillionsOfCharactersScroll) {
 }
 
 TEST_P(AboutBoxTest, AHundredThousandLinesScroll) {
-  const Value lines = text_array::Make(0, std::vector<std::wstring>(100'000, L"line"));
+  const Value lines = value_array::Make(VT_I4, 0, std::vector<Value>(100'000, Value(42)));
   user_.Type(VK_END)
       .Await([](HWND window) {
         return GetScrollPos(AboutUser::Control(window, ZEPKIT10_ABOUT_SCROLL_BAR), SB_CTL) >

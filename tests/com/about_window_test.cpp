@@ -2,6 +2,7 @@
 #include "com/about_user.h"
 #include "com/client.h"
 #include "com/component.h"
+#include "com/gdi_objects.h"
 #include "com/import_hook.h"
 #include "platform/about_controls.h"
 
@@ -184,6 +185,13 @@ TEST_F(AboutWindowTest, ScrollsByKeysWheelAndBar) {
   EXPECT_OK(Show(std::wstring(1000, L'\n')));
 }
 
+TEST_F(AboutWindowTest, IconsAreDestroyedWithTheirPictures) {
+  root_.CallObject(L"LoadZepIcon", {0});
+  const int before = GdiObjects();
+  for (int i = 0; i < 10; ++i) EXPECT_TRUE(root_.CallObject(L"LoadZepIcon", {0}));
+  EXPECT_LT(GdiObjects(), before + 5);
+}
+
 TEST_F(AboutWindowTest, LeavesNothingBehind) {
   const auto show = [&] {
     user_.Press(IDOK);
@@ -191,12 +199,11 @@ TEST_F(AboutWindowTest, LeavesNothingBehind) {
   };
   show();
   const int windows = WindowsOfThread();
-  const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-  const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  const int gdi = GdiObjects();
+  EXPECT_GT(gdi, 0);
   for (int i = 0; i < 10; ++i) show();
   EXPECT_EQ(windows, WindowsOfThread());
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi + 5);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 5);
+  EXPECT_LT(GdiObjects(), gdi + 5);
 }
 
 DWORD refusal = 0;
