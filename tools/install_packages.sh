@@ -9,6 +9,7 @@ packages_of() {
     windows) echo g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix wine64-tools libwine-dev ;;
     wine) echo wine wine64 fonts-liberation ;;
     wine32) echo libc6-i386 ;;
+    screen) echo xvfb imagemagick ;;
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
@@ -23,6 +24,7 @@ purpose_of() {
     windows) echo "to build for Windows" ;;
     wine) echo "to run what is built for Windows" ;;
     wine32) echo "for a 32-bit Wine" ;;
+    screen) echo "to take pictures of windows" ;;
     format) echo "to check the formatting" ;;
     lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;

@@ -92,10 +92,9 @@ AboutWindow::AboutWindow(const AboutContent& content)
       text_(content.first_line, content.lines ? &*content.lines : nullptr) {
   const PerMonitorDpi per_monitor;
   const VisualStyle style;
-  HWND owner = GetActiveWindow();
   SetLastError(0);
-  if (!CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ZEPKIT10_ABOUT), owner, Receive,
-                          reinterpret_cast<LPARAM>(this))) {
+  if (!CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ZEPKIT10_ABOUT), GetActiveWindow(),
+                          Receive, reinterpret_cast<LPARAM>(this))) {
     RaiseSystemError(GetLastError());
   }
   SetWindowTextW(window_, WideText(ShownTitle(content.caption)));
@@ -296,7 +295,7 @@ void AboutWindow::MoveText() {
 // ---- scrolling ---------------------------------------------------------------------------------
 
 void AboutWindow::ShowScrollBar() const {
-  TextPane pane = const_cast<AboutWindow*>(this)->text_.Pane();
+  const TextPane& pane = text_.Pane();
   SCROLLINFO info{};
   info.cbSize = sizeof info;
   info.fMask = SIF_ALL;
