@@ -212,6 +212,7 @@ TEST_P(DocHandHandlerTest, ReleasedProtectionIsAskedForTwice) {
   EXPECT_EQ(2, asked);
   EXPECT_EQ(Events{}, Heard());
   EXPECT_EQ(Bytes(), "text");
+  content->Disconnect();  // closing the document takes protection off too
 }
 
 TEST_P(DocHandHandlerTest, WhatIsAssignedInAHandlerStays) {

@@ -258,6 +258,7 @@ TEST_P(DocHandTransferTest, ReadingTakesProtectionOffAndBack) {
   EXPECT_EQ((std::vector<std::pair<DISPID, bool>>{
                 {1, true}, {3, false}, {2, false}, {1, false}, {3, true}}),
             heard);
+  content->Disconnect();  // closing the document takes protection off too
 }
 
 TEST_P(DocHandTransferTest, ViewsFollowTheFile) {

@@ -22,7 +22,7 @@ def registry():
     """Every key of the machine's and the user's registry, in lower case, with its values."""
     keys = {}
     for root in ('HKLM', 'HKCU'):
-        file = ROOT / f'build/{root}.reg'
+        file = ROOT / f'build/{root}-{PRESET}.reg'
         wine('reg', 'export', root, f'Z:{file}', '/y')
         for block in file.read_text(encoding='utf-16').split('\n\n'):
             lines = block.strip().splitlines()
