@@ -50,7 +50,6 @@ class AboutText {
   Extent Size() const { return {width_, pane_.ContentHeight()}; }
   int RowHeight() const { return row_height_; }
   TextPane& Pane() { return pane_; }
-  const TextPane& Pane() const { return pane_; }
 
   /// Paints what a pane of this size shows.
   void Draw(HDC context, Extent size) const;

@@ -65,26 +65,6 @@ void MoveControl(HWND control, const Box& to) {
                SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
-/// The request that a key makes of a scroll bar; -1 for none.
-int RequestOf(WPARAM key) {
-  switch (key) {
-    case VK_UP:
-      return SB_LINEUP;
-    case VK_DOWN:
-      return SB_LINEDOWN;
-    case VK_PRIOR:
-      return SB_PAGEUP;
-    case VK_NEXT:
-      return SB_PAGEDOWN;
-    case VK_HOME:
-      return SB_TOP;
-    case VK_END:
-      return SB_BOTTOM;
-    default:
-      return -1;
-  }
-}
-
 }  // namespace
 
 AboutWindow::AboutWindow(const AboutContent& content)
@@ -171,10 +151,10 @@ INT_PTR AboutWindow::Handle(UINT message, WPARAM wide, LPARAM parameter) {
       DrawControl(*reinterpret_cast<const DRAWITEMSTRUCT*>(parameter));
       return TRUE;
     case WM_VSCROLL:
-      OnScroll(LOWORD(wide));
+      RepaintIf(scroller_.OnRequest(LOWORD(wide)));
       return TRUE;
     case WM_MOUSEWHEEL:
-      OnWheel(GET_WHEEL_DELTA_WPARAM(wide));
+      RepaintIf(scroller_.OnWheel(GET_WHEEL_DELTA_WPARAM(wide)));
       return TRUE;
     case WM_DPICHANGED:
       OnDpiChanged(HIWORD(wide), *reinterpret_cast<const RECT*>(parameter));
@@ -233,7 +213,7 @@ void AboutWindow::Place(const AboutLayout& layout) {
   SendMessageW(moving_text_, WM_SETFONT, font, TRUE);
   MoveControl(Control(ZEPKIT10_ABOUT_SCROLL_BAR), layout.scroll_bar);
   ShowWindow(Control(ZEPKIT10_ABOUT_SCROLL_BAR), layout.scroll_bar.width > 0 ? SW_SHOW : SW_HIDE);
-  ShowScrollBar();
+  scroller_.Attach(Control(ZEPKIT10_ABOUT_SCROLL_BAR), text_.Pane(), text_.RowHeight());
 }
 
 void AboutWindow::Centre() {
@@ -294,72 +274,16 @@ void AboutWindow::MoveText() {
 
 // ---- scrolling ---------------------------------------------------------------------------------
 
-void AboutWindow::ShowScrollBar() const {
-  const TextPane& pane = text_.Pane();
-  SCROLLINFO info{};
-  info.cbSize = sizeof info;
-  info.fMask = SIF_ALL;
-  info.nMax = std::max(pane.ContentHeight() - 1, 0);
-  info.nPage = static_cast<UINT>(pane.PageHeight());
-  info.nPos = pane.Position();
-  SetScrollInfo(Control(ZEPKIT10_ABOUT_SCROLL_BAR), SB_CTL, &info, TRUE);
-}
-
 bool AboutWindow::ScrollByKey(const MSG& message) {
   if (message.message != WM_KEYDOWN || layout_.scroll_bar.width == 0) return false;
   if (message.hwnd != window_ && !IsChild(window_, message.hwnd)) return false;
-  const int request = RequestOf(message.wParam);
-  if (request >= 0) OnScroll(request);
+  const int request = PaneScroller::RequestOf(message.wParam);
+  if (request >= 0) RepaintIf(scroller_.OnRequest(request));
   return request >= 0;
 }
 
-void AboutWindow::OnScroll(int request) {
-  const TextPane& pane = text_.Pane();
-  const std::int64_t position = pane.Position();
-  const int page = std::max(pane.PageHeight() - text_.RowHeight(), text_.RowHeight());
-  SCROLLINFO info{};
-  info.cbSize = sizeof info;
-  info.fMask = SIF_TRACKPOS;
-  switch (request) {
-    case SB_LINEUP:
-      return ScrollTo(position - text_.RowHeight());
-    case SB_LINEDOWN:
-      return ScrollTo(position + text_.RowHeight());
-    case SB_PAGEUP:
-      return ScrollTo(position - page);
-    case SB_PAGEDOWN:
-      return ScrollTo(position + page);
-    case SB_TOP:
-      return ScrollTo(0);
-    case SB_BOTTOM:
-      return ScrollTo(pane.MaxPosition());
-    case SB_THUMBTRACK:
-    case SB_THUMBPOSITION:  // the message has room for 16 bits only
-      GetScrollInfo(Control(ZEPKIT10_ABOUT_SCROLL_BAR), SB_CTL, &info);
-      return ScrollTo(info.nTrackPos);
-    default:
-      return;
-  }
-}
-
-void AboutWindow::OnWheel(int delta) {
-  UINT rows = 3;
-  SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &rows, 0);
-  const TextPane& pane = text_.Pane();
-  const std::int64_t notch = rows == WHEEL_PAGESCROLL
-                                 ? pane.PageHeight()
-                                 : std::int64_t{text_.RowHeight()} * std::min(rows, 1000u);
-  wheel_ += delta;
-  const std::int64_t distance = wheel_ * notch / WHEEL_DELTA;
-  if (distance == 0) return;
-  wheel_ = 0;
-  ScrollTo(pane.Position() - distance);
-}
-
-void AboutWindow::ScrollTo(std::int64_t position) {
-  if (!text_.Pane().ScrollTo(position)) return;
-  ShowScrollBar();
-  InvalidateRect(Control(ZEPKIT10_ABOUT_TEXT), nullptr, FALSE);
+void AboutWindow::RepaintIf(bool scrolled) const {
+  if (scrolled) InvalidateRect(Control(ZEPKIT10_ABOUT_TEXT), nullptr, FALSE);
 }
 
 }  // namespace zepkit10

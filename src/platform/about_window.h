@@ -10,6 +10,7 @@
 #include "about/ticker.h"
 #include "platform/about_icon.h"
 #include "platform/about_text.h"
+#include "platform/pane_scroller.h"
 #include "platform/thread_modality.h"
 
 namespace zepkit10 {
@@ -42,7 +43,6 @@ class AboutWindow {
   /// Lays everything out for dots per inch.
   void Arrange(int dpi);
   void Place(const AboutLayout& layout);
-  void ShowScrollBar() const;
   /// Puts the window into the middle of its owner, or of the screen.
   void Centre();
   void Close() noexcept;
@@ -54,9 +54,7 @@ class AboutWindow {
   void MoveText();
 
   bool ScrollByKey(const MSG& message);
-  void OnScroll(int request);
-  void OnWheel(int delta);
-  void ScrollTo(std::int64_t position);
+  void RepaintIf(bool scrolled) const;
 
   HWND window_ = nullptr;
   HWND moving_text_ = nullptr;
@@ -64,10 +62,10 @@ class AboutWindow {
   AboutText text_;
   AboutLayout layout_;
   Ticker ticker_;
+  PaneScroller scroller_;
   std::optional<ThreadModality> modality_;
   std::exception_ptr failure_;
   int dpi_ = 0;
-  int wheel_ = 0;  // what turning the wheel has not scrolled yet
 };
 
 }  // namespace zepkit10
