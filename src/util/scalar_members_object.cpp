@@ -20,9 +20,17 @@ using enum ZepVbErrors3To98;
 
 using Calculation = Variant (*)(const VARIANT&, const VARIANT&);
 
+/// The default step, of the type that the literal has.
+Variant One() {
+  Variant one;
+  one.Out()->vt = VT_I2;
+  one.Out()->iVal = 1;
+  return one;
+}
+
 Variant Change(VARIANT* what, const VARIANT& by_what, Calculation calculate) {
   auto number = NumberOf(*what);
-  auto step = IsMissing(&by_what) ? Variant(1) : NumberOf(by_what);
+  auto step = IsMissing(&by_what) ? One() : NumberOf(by_what);
   if (!number || !step) RaiseInCalledClass(zepErrBadParam);
   Variant result = calculate(number->get(), step->get());
   ClientVariable variable(what);

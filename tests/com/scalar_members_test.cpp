@@ -59,6 +59,50 @@ TEST_P(ScalarMembersTest, TheStepIsOneUnlessGiven) {
   EXPECT_EQ(As(VT_I4, number), 4);
 }
 
+// Early bound, the platform passes the Long that a type library's default is.
+TEST_P(ScalarMembersTest, TheStepThatIsNotGivenIsAnInteger) {
+  if (root_.binding() == client::Binding::kVtable) return;
+  const std::pair<Value, Value> sums[] = {
+      {short{5}, short{6}},
+      {short{32767}, 32768},
+      {As(VT_UI1, 5), short{6}},
+      {5, 6},
+      {Value(), short{1}},
+      {true, short{0}},
+      {1.5f, 2.5f},
+      {1.5, 2.5},
+      {As(VT_CY, 1), As(VT_CY, 2)},
+      {As(VT_DATE, 1), As(VT_DATE, 2)},
+      {Int64(5), Int64(6)},
+      {Decimal(L"0.5"), Decimal(L"1.5")},
+      {2147483647, 2147483648.0},
+      {L"5", 6.0},
+  };
+  for (const auto& [what, sum] : sums) {
+    EXPECT_EQ(Incr(what, Value::Missing()), sum);
+    Value variable = what;
+    EXPECT_EQ(root_.Call(L"Incr", {variable.Reference()}), sum);
+    EXPECT_EQ(variable, sum);
+  }
+  EXPECT_EQ(Decr(short{-32768}, Value::Missing()), -32769);
+  EXPECT_EQ(Decr(As(VT_UI1, 0), Value::Missing()), short{-1});
+  BYTE byte = 5;
+  EXPECT_EQ(root_.Call(L"Incr", {Reference(VT_UI1, &byte), Value::Missing()}), As(VT_UI1, 6));
+  EXPECT_EQ(6, byte);
+}
+
+TEST_P(ScalarMembersTest, AMissingStepOfVtableClientsIsAnInteger) {
+  Microsoft::WRL::ComPtr<_Library> library;
+  if (FAILED(root_.get()->QueryInterface(IID_PPV_ARGS(&library)))) return;
+  Value what = short{5}, result;
+  EXPECT_EQ(S_OK, library->Incr(&what.raw(), Value::Missing().raw(), &result.raw()));
+  EXPECT_EQ(result, Value(short{6}));
+  EXPECT_EQ(what, Value(short{6}));
+  Value counted = short{5}, difference;
+  EXPECT_EQ(S_OK, library->Decr(&counted.raw(), Value::Missing().raw(), &difference.raw()));
+  EXPECT_EQ(difference, Value(short{4}));
+}
+
 TEST_P(ScalarMembersTest, TextsBecomeNumbers) {
   EXPECT_EQ(Incr(L"5"), 6.0);
   EXPECT_EQ(Decr(L" 5.5 "), 4.5);

@@ -8,6 +8,15 @@ namespace {
 
 bool IsObjectType(VARTYPE type) { return type == VT_DISPATCH || type == VT_UNKNOWN; }
 
+/// A literal as clients write it into a Variant: the narrowest of Integer and Long.
+void SetLiteral(LONG number, VARIANT* literal) {
+  literal->lVal = number;
+  literal->vt = VT_I4;
+  if (number != static_cast<SHORT>(number)) return;
+  literal->iVal = static_cast<SHORT>(number);
+  literal->vt = VT_I2;
+}
+
 bool IsAssignment(const Member& member) {
   return (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
 }
@@ -197,8 +206,7 @@ HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
              IsObjectType(parameter.type)) {
     own.vt = parameter.type;
   } else {
-    own.vt = VT_I4;
-    own.lVal = parameter.default_value.number;
+    SetLiteral(parameter.default_value.number, &own);
     if (parameter.type != VT_VARIANT) VariantChangeType(&own, &own, 0, parameter.type);
   }
   return UseOwn(index);
