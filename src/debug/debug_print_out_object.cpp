@@ -51,8 +51,9 @@ class LinkedMember {
   DISPID id_;
 };
 
-/// A property's value with a text appended.
+/// A property's value with a text appended; Null adds nothing, as wherever texts are put together.
 Variant Appended(Variant value, std::u16string_view text) {
+  if (value.get().vt == VT_NULL) return Variant(text);
   const HRESULT hr = VariantChangeTypeEx(value.Out(), value.Out(), LOCALE_USER_DEFAULT,
                                          VARIANT_ALPHABOOL, VT_BSTR);
   if (FAILED(hr)) RaiseRefusal(hr);
