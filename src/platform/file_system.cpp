@@ -73,7 +73,7 @@ bool MakeDirectory(std::u16string_view path) {
 
 DirectoryListing::DirectoryListing(std::u16string_view directory, std::u16string_view pattern) {
   if (HasNul(directory) || HasNul(pattern)) return;
-  search_ = FindFirstFileExW(WideText(SearchName(directory, pattern)), FindExInfoBasic, &entry_,
+  search_ = FindFirstFileExW(WideText(SearchName(directory, pattern)), FindExInfoStandard, &entry_,
                              FindExSearchNameMatch, nullptr, FIND_FIRST_EX_LARGE_FETCH);
   at_first_ = search_ != INVALID_HANDLE_VALUE;
   started_ = at_first_ || GetLastError() == ERROR_FILE_NOT_FOUND;
@@ -95,6 +95,17 @@ bool DirectoryListing::Next() {
 
 std::u16string_view DirectoryListing::Name() const {
   return ViewOf(std::wstring_view(entry_.cFileName));
+}
+
+bool DirectoryListing::NameEndsIn(std::u16string_view ending) const {
+  const auto ends = [ending](std::wstring_view name) {
+    if (name.size() < ending.size()) return false;
+    const auto length = static_cast<int>(ending.size());
+    const auto* other = reinterpret_cast<const wchar_t*>(ending.data());
+    const wchar_t* last = name.data() + (name.size() - ending.size());
+    return CompareStringOrdinal(last, length, other, length, TRUE) == CSTR_EQUAL;
+  };
+  return ending.empty() || ends(entry_.cFileName) || ends(entry_.cAlternateFileName);
 }
 
 bool DirectoryListing::IsSubdirectory() const {

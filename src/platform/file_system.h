@@ -36,6 +36,8 @@ class DirectoryListing {
   bool Next();
 
   std::u16string_view Name() const;
+  /// Whether the name or the short name ends in a text, as the system compares names.
+  bool NameEndsIn(std::u16string_view ending) const;
   /// A directory below this one: "." and ".." are none.
   bool IsSubdirectory() const;
   /// Neither a directory nor hidden nor of the system; read-only files are normal ones.

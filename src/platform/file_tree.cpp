@@ -28,6 +28,19 @@ std::optional<Identity> IdentityOf(std::u16string_view directory) {
   return Identity(information.dwVolumeSerialNumber, high | information.nFileIndexLow);
 }
 
+/// What stands behind the star of a pattern such as "*.txt"; nothing for a pattern that the system
+/// may read in another way, or refuse.
+std::optional<std::u16string_view> EndingIn(std::u16string_view pattern) {
+  constexpr std::size_t kLongestName = 255;
+  if (pattern.size() < 2 || pattern.size() > kLongestName || pattern[0] != u'*') return {};
+  const std::u16string_view ending = pattern.substr(1);
+  const bool special = std::any_of(ending.begin(), ending.end(), [](char16_t c) {
+    return c < u' ' || std::u16string_view(u"*?<>\"|\\/:").find(c) != std::u16string_view::npos;
+  });
+  if (special || ending.ends_with(u'.') || ending.ends_with(u' ')) return {};
+  return ending;
+}
+
 /// One listing of a tree. A stack of its own takes it to any depth.
 class Walk {
  public:
@@ -53,22 +66,24 @@ class Walk {
   };
 
   bool Visit(std::u16string_view directory) {
-    // Only a pattern that leaves something out makes a second listing necessary.
-    const bool matches_all = pattern_.empty() || pattern_ == u"*" || pattern_ == u"*.*";
-    if (!List(directory, pattern_, true, recursive_ && matches_all)) return false;
-    if (recursive_ && !matches_all) List(directory, u"*", false, true);
+    if (!recursive_) return List(directory, pattern_, u"", false);
+    if (matches_all_ || ending_) return List(directory, u"*", ending_.value_or(u""), true);
+    // Only the system knows which names match, and it leaves out the subdirectories that do not.
+    if (!List(directory, pattern_, u"", false)) return false;
+    List(directory, u"*", {}, true);
     return true;
   }
 
-  bool List(std::u16string_view directory, std::u16string_view pattern, bool files,
-            bool subdirectories) {
+  /// Without an `ending` no files are taken.
+  bool List(std::u16string_view directory, std::u16string_view pattern,
+            std::optional<std::u16string_view> ending, bool subdirectories) {
     DirectoryListing listing(directory, pattern);
     const auto first = static_cast<std::ptrdiff_t>(pending_.size());
     while (listing.Next()) {
       std::u16string path(directory);
       path.append(listing.Name());
-      if (files && listing.IsNormalFile()) {
-        files_.push_back(std::move(path));
+      if (ending && listing.IsNormalFile()) {
+        if (listing.NameEndsIn(*ending)) files_.push_back(std::move(path));
       } else if (subdirectories && listing.IsSubdirectory()) {
         pending_.push_back({path.append(1, u'\\'), listing.IsReparsePoint()});
       }
@@ -90,6 +105,8 @@ class Walk {
 
   const std::u16string_view pattern_;
   const bool recursive_;
+  const bool matches_all_ = pattern_.empty() || pattern_ == u"*" || pattern_ == u"*.*";
+  const std::optional<std::u16string_view> ending_ = EndingIn(pattern_);
   std::size_t root_length_ = 0;
   std::vector<std::u16string> files_;
   std::vector<Directory> pending_;

@@ -190,6 +190,87 @@ TEST_P(GetFilesTest, PatternsAreTheSystems) {
   EXPECT_EQ(names(L"."), Texts{});
 }
 
+// Without subdirectories a tree holds what the system finds in its one directory.
+TEST_P(GetFilesTest, PatternsMeanTheSameInATree) {
+  for (const wchar_t* name : {L"a",
+                              L"ab",
+                              L"a.b",
+                              L"a.txt",
+                              L"x.TXT",
+                              L"b.htm",
+                              L"page.html",
+                              L"a.b.c",
+                              L"readme",
+                              L".hidden",
+                              L"..x",
+                              L"long file name.text",
+                              L"\u00e4.\u00e4",
+                              L"\u00c4.\u00c4\u00c4",
+                              L"a b.c d",
+                              L"[1].txt",
+                              L"a~1.txt",
+                              L"+x.y",
+                              L"abcdefghi",
+                              L"abcdefghi.t",
+                              L"\u0131.I",
+                              L"i.\u0131",
+                              L"\u017f.s",
+                              L"s.\u017f",
+                              L"x.\u00df",
+                              L"\xd83d\xde00.\xd83d\xde00"}) {
+    folder_.File(name);
+  }
+  const std::wstring longest = L"*" + std::wstring(254, L'x'), too_long = longest + L"xx";
+  for (const std::wstring& spec : {std::wstring(L"*.txt"),
+                                   std::wstring(L"*.TXT"),
+                                   std::wstring(L"*.htm"),
+                                   std::wstring(L"*html"),
+                                   std::wstring(L"*.tex"),
+                                   std::wstring(L"*b"),
+                                   std::wstring(L"*.c d"),
+                                   std::wstring(L"* d"),
+                                   std::wstring(L"*.\u00e4"),
+                                   std::wstring(L"*\u00c4"),
+                                   std::wstring(L"*.i"),
+                                   std::wstring(L"*.\u0131"),
+                                   std::wstring(L"*.S"),
+                                   std::wstring(L"*.\u017f"),
+                                   std::wstring(L"*ss"),
+                                   std::wstring(L"*\xde00"),
+                                   std::wstring(L"*]"),
+                                   std::wstring(L"*].txt"),
+                                   std::wstring(L"*~1.txt"),
+                                   std::wstring(L"*0"),
+                                   std::wstring(L"*..x"),
+                                   std::wstring(L"*.txt."),
+                                   std::wstring(L"*.txt "),
+                                   std::wstring(L"*."),
+                                   std::wstring(L"*.."),
+                                   std::wstring(L"**"),
+                                   std::wstring(L"*.t?t"),
+                                   std::wstring(L"*.*t"),
+                                   std::wstring(L"**.txt"),
+                                   std::wstring(L"*?"),
+                                   std::wstring(L"a*"),
+                                   std::wstring(L"*.<"),
+                                   std::wstring(L"*|"),
+                                   std::wstring(L"*>"),
+                                   std::wstring(L"*\""),
+                                   std::wstring(L"*:x"),
+                                   std::wstring(L"*\x1"),
+                                   std::wstring(L"*\\a"),
+                                   std::wstring(L"*/a"),
+                                   std::wstring(L"?"),
+                                   std::wstring(L"a"),
+                                   longest,
+                                   too_long}) {
+    TextVariable alone, tree;
+    const Outcome expected = Call(folder_.path(), spec, alone.Reference(), false);
+    EXPECT_EQ(Call(folder_.path(), spec, tree.Reference(), true), expected.value);
+    EXPECT_EQ(tree.Read(), alone.Read());
+  }
+}
+
 TEST_P(GetFilesTest, NamesFollowTheDirectoryWhateverThePatternSays) {
   folder_.Directory(L"sub");
   folder_.File(L"sub\\b.txt");
@@ -415,8 +496,13 @@ TEST_P(GetFilesTest, ReadsNoFolderAgain) {
   ListingCount listings;
   EXPECT_EQ(List(folder_.path(), L"*.*", true).size(), 3u * kFolders);
   EXPECT_EQ(kFolders + 1, listings.Take());
-  // One listing for the files that match and one for the subdirectories.
   EXPECT_EQ(List(folder_.path(), L"*.txt", true).size(), 2u * kFolders);
+  EXPECT_EQ(kFolders + 1, listings.Take());
+  EXPECT_EQ(List(folder_.path(), L"", true).size(), 3u * kFolders);
+  EXPECT_EQ(kFolders + 1, listings.Take());
+  // Of other patterns only the system knows what matches them: one listing for the files, and one
+  // for the subdirectories.
+  EXPECT_EQ(List(folder_.path(), L"?.txt", true).size(), 2u * kFolders);
   EXPECT_EQ(2 * (kFolders + 1), listings.Take());
   EXPECT_EQ(List(folder_.path(), L"*.txt", false).size(), 0u);
   EXPECT_EQ(1, listings.Take());
@@ -426,15 +512,21 @@ TEST_P(GetFilesTest, ReadsNoFolderAgain) {
 
 TEST_P(GetFilesTest, ChangesMeanwhileRaiseNothing) {
   if (!component::IsLinked()) return;
-  for (const wchar_t* name : {L"a", L"b", L"c"}) {
-    folder_.Directory(name);
-    folder_.File(name + std::wstring(L"\\1.txt"));
+  for (const wchar_t* spec : {L"*", L"*.txt", L"?.txt"}) {
+    for (const wchar_t* name : {L"a", L"b", L"c"}) {
+      folder_.Directory(name);
+      folder_.File(name + std::wstring(L"\\1.txt"));
+    }
+    ListingCount listings;
+    bool removed = false;
+    listings.Before([&](std::wstring_view name) {
+      if (name.find(L"\\b\\") == name.npos || std::exchange(removed, true)) return;
+      folder_.Remove(L"b");
+    });
+    EXPECT_EQ(Sorted(List(folder_.path(), spec, true)), In(L"", {L"a\\1.txt", L"c\\1.txt"}));
+    EXPECT_TRUE(removed);
+    for (const wchar_t* name : {L"a", L"c"}) folder_.Remove(name);
   }
-  ListingCount listings;
-  listings.Before([&](std::wstring_view name) {
-    if (name.ends_with(L"\\b\\*.txt")) folder_.Remove(L"b");
-  });
-  EXPECT_EQ(Sorted(List(folder_.path(), L"*.txt", true)), In(L"", {L"a\\1.txt", L"c\\1.txt"}));
 }
 
 RUN_WITH_BOTH_ROOTS(GetFilesTest);
