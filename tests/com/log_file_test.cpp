@@ -7,11 +7,13 @@
 #include "com/temporary_folder.h"
 
 DECLARE_IMPORT(CreateFileW, 28);
+DECLARE_IMPORT(GetLocalTime, 4);
 DECLARE_IMPORT(WriteFile, 20);
 
 namespace {
 
 using OpenHook = ImportHook<&__imp_CreateFileW>;
+using TimeHook = ImportHook<&__imp_GetLocalTime>;
 using WriteHook = ImportHook<&__imp_WriteFile>;
 using client::Outcome;
 using client::Value;
@@ -91,6 +93,17 @@ TEST_P(LogFileTest, ALineIsTimeAndText) {
   const std::string line = folder_.Read(L"a.log"), end = ": some text: more\r\n";
   ASSERT_TRUE(line.ends_with(end)) << line;
   EXPECT_TRUE(IsTimeBetween(line.substr(0, line.size() - end.size()), before, after)) << line;
+}
+
+TEST_P(LogFileTest, PartsOfASecondAreNotRounded) {
+  if (!component::IsLinked()) return;
+  Use(log_);
+  SYSTEMTIME whole{2026, 5, 2, 12, 23, 59, 59, 0};
+  FILETIME time;
+  SystemTimeToFileTime(&whole, &time);
+  const TimeHook late([](SYSTEMTIME* now) { *now = {2026, 5, 2, 12, 23, 59, 59, 900}; });
+  EXPECT_OK(Log(L"text"));
+  EXPECT_EQ(folder_.Read(L"a.log"), TimeText(time) + ": text\r\n");
 }
 
 TEST_P(LogFileTest, GermanTimesAreTheUsers) {
