@@ -132,7 +132,7 @@ class Generator:
                 call = f'static_cast<::{member.result.type}>({call})'
             yield f'    return this->Get({member.result.name}, [&](Object& object) {{ return {call}; }});\n'
         else:
-            yield f'    return this->Call([&](Object& object) {{ {call}; }});\n'
+            yield f'    return this->Call([&](Object& object) {{ return {call}; }});\n'
         yield '  }\n'
 
     # ---- events -------------------------------------------------------------------------------

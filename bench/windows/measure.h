@@ -26,8 +26,9 @@ inline double Timed(const std::function<void()>& work) {
 }
 
 inline double Median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + kRounds / 2, values.end());
-  return values[kRounds / 2];
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
 }
 
 inline void Check(HRESULT result, const char* what) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <utility>
 #include <vector>
 
 #include "expr/arithmetic.h"
@@ -168,33 +167,21 @@ bool Evaluation::Continue() {
   return true;
 }
 
-const Plan* Evaluable::PlanFor(int nesting) {
-  const std::uint64_t now = meaning.load(std::memory_order_relaxed);
+const Plan* Evaluable::PlanFor(int nesting, std::uint64_t now) {
   if (planned_in_ != now) {
     // Set first: a variable that leads back here finds that there is no plan.
     planned_in_ = now;
     plan_ = nullptr;
-    plan_ = MakePlan(*this, nesting);
+    plan_ = MakePlan(*this, nesting, now);
   }
   return plan_.get();
 }
 
-/// A plan is made for a second evaluation: most terms are evaluated once.
-const Plan* Evaluable::PlanWorthHaving() {
-  const std::uint64_t now = meaning.load(std::memory_order_relaxed);
-  if (planned_in_ == now) return plan_.get();
-  return std::exchange(evaluated_in_, now) == now ? PlanFor(0) : nullptr;
-}
-
-double Evaluate(Evaluable& root, const DefaultFloatEnvironment&) {
-  if (const Plan* plan = root.PlanWorthHaving()) {
-    const double value = plan->Run();
-    if (std::isfinite(value)) return value;
-  }
-  if (const double* number = root.Term().Constant()) return *number;
+double Evaluable::EvaluateInOrder() {
+  if (const double* number = Term().Constant()) return *number;
   try {
     Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
-    return evaluation.Run(root);
+    return evaluation.Run(*this);
   } catch (Failure& failure) {
     // Looking a variable up can make it, and fail with an error of the runtime.
     if (failure.number > 0) failure.source = u"Zepkit10.Expression";

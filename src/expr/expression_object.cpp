@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "expr/number_format.h"
 #include "expr/transform.h"
 #include "platform/user_number_format.h"
 #include "vars/var_set_object.h"
@@ -50,17 +49,6 @@ Variant Expression::Transform(const VARIANT& Source, ZepMathTransMode TransMode)
     default:
       Raise(ZepErrors::zepErrBadParam);
   }
-}
-
-double Expression::Value() {
-  if (const double* number = term_.Constant()) return *number;
-  return Evaluate(*this, DefaultFloatEnvironment());
-}
-
-void Expression::SetValue(double NewValue) {
-  if (!IsFinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);
-  if (!term_.Constant()) Clear();
-  term_.SetNumber(NewValue);
 }
 
 Ref<VarSet> Expression::VarSet() const { return var_set_; }

@@ -13,9 +13,6 @@ class VarSet;
 /// the attached set.
 class Expression final : public AutomationObject<Expression, ExpressionShim>, public Evaluable {
  public:
-  /// What calculates here sets the floating-point environment itself, once.
-  static constexpr bool kSetsFloatEnvironment = true;
-
   Expression();
   ~Expression() override;
 
@@ -29,8 +26,16 @@ class Expression final : public AutomationObject<Expression, ExpressionShim>, pu
 
   Variant Transform(const VARIANT& Source, ZepMathTransMode TransMode) const;
 
-  double Value();
-  void SetValue(double NewValue);
+  Unguarded<double> Value() {
+    if (const double* number = term_.Constant()) return *number;
+    return Evaluate(*this, DefaultFloatEnvironment());
+  }
+  Unguarded<> SetValue(double NewValue) {
+    if (!IsFinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);
+    if (!term_.Constant()) MeaningChanged();
+    term_.SetNumber(NewValue);
+    return {};
+  }
 
   Ref<zepkit10::VarSet> VarSet() const;
   void SetVarSet(_VarSet* NewVarSet);

@@ -38,8 +38,12 @@ Joint JointOf(ZepMathOperation operation, bool operand_is_right) {
 /// first, so that there are never many. Nothing but faults would depend on the order.
 class Planner {
  public:
-  Planner(Evaluable& root, int nesting)
-      : root_(root), nesting_(nesting), nodes_(root.Term().Nodes()), operands_(nodes_.size()) {}
+  Planner(Evaluable& root, int nesting, std::uint64_t now)
+      : root_(root),
+        nesting_(nesting),
+        now_(now),
+        nodes_(root.Term().Nodes()),
+        operands_(nodes_.size()) {}
 
   std::unique_ptr<const Plan> Make();
 
@@ -80,6 +84,7 @@ class Planner {
 
   Evaluable& root_;
   const int nesting_;
+  const std::uint64_t now_;
   const std::vector<Term::Node>& nodes_;
   std::vector<Operand> operands_;    // of each node
   std::vector<Task> tasks_;          // the next one last
@@ -140,7 +145,7 @@ bool Planner::Describe(Operand& operand, const Term::Node& node) {
   operand.number = variable->Term().Constant();
   if (operand.number) return true;
   operand.values = 1;
-  if (nesting_ < kDeepestNesting) operand.nested = variable->PlanFor(nesting_ + 1);
+  if (nesting_ < kDeepestNesting) operand.nested = variable->PlanFor(nesting_ + 1, now_);
   return operand.nested;
 }
 
@@ -218,9 +223,9 @@ void Planner::JoinNumber(Joint joint, const double* number) {
   last_joint_ = joint;
 }
 
-std::unique_ptr<const Plan> MakePlan(Evaluable& root, int nesting) noexcept {
+std::unique_ptr<const Plan> MakePlan(Evaluable& root, int nesting, std::uint64_t now) noexcept {
   try {
-    return Planner(root, nesting).Make();
+    return Planner(root, nesting, now).Make();
   } catch (const std::bad_alloc&) {
     return nullptr;  // the term can be evaluated without
   }

@@ -219,11 +219,13 @@ Term::Term(std::vector<Node> nodes)
   }
 }
 
-void Term::MakeNumber(bool negative) {
+void Term::BecomeNumber(double number) {
+  const bool negative = std::bit_cast<std::uint64_t>(number) > kSign;
   nodes_.assign(negative ? 3 : 1, Node{});
   if (negative) nodes_[0] = {zepMOSub, 0, 0};
   stack_depth_ = negative ? 2 : 1;
   is_constant_ = true;
+  SetNumber(number);
 }
 
 Term ParseTerm(std::u16string_view text, const NumberFormat& numbers) {

@@ -31,9 +31,9 @@ class Term {
   void SetNumber(double number) {
     const std::uint64_t bits = std::bit_cast<std::uint64_t>(number);
     const bool negative = bits > kSign;  // the text of -0 is that of 0
-    if (!is_constant_ || (nodes_.size() > 1) != negative) MakeNumber(negative);
+    if (!is_constant_ || (nodes_.size() > 1) != negative) return BecomeNumber(number);
     nodes_.back().number = std::bit_cast<double>(bits & ~kSign);
-    constant_ = negative ? number : nodes_.back().number;
+    constant_ = std::bit_cast<double>(negative ? bits : bits & ~kSign);
   }
 
   /// Each node stands before its left and then its right operand. Read from the end, that is the
@@ -49,8 +49,8 @@ class Term {
  private:
   static constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
 
-  /// Makes the nodes of a number that is to be written there.
-  void MakeNumber(bool negative);
+  /// `SetNumber` of a term that has other nodes than the number has.
+  void BecomeNumber(double number);
 
   std::vector<Node> nodes_{Node{}};
   std::size_t stack_depth_ = 1;

@@ -30,16 +30,6 @@ void Variable::SetName(std::u16string_view NewName) {
   MeaningChanged();
 }
 
-double Variable::Value() const {
-  EnsureAlive();
-  return expression_->Value();
-}
-
-void Variable::SetValue(double NewValue) {
-  EnsureAlive();
-  expression_->SetValue(NewValue);
-}
-
 void Variable::AttachParent(VarSet* parent) {
   ItemOf::AttachParent(parent);
   expression_->Attach(Ref(parent));

@@ -11,17 +11,20 @@ class VarSet;
 /// A one-letter name bound to an Expression, whose value is the variable's.
 class Variable final : public ItemOf<Deletable<Variable, VariableShim>, VarSet> {
  public:
-  /// The Expression calculates, and sets the floating-point environment for it.
-  static constexpr bool kSetsFloatEnvironment = true;
-
   Ref<zepkit10::Expression> Expression() const;
   void SetExpression(_Expression* NewExpression);
 
   /// `zepErrBadPropValue` unless the name is exactly one character.
   void SetName(std::u16string_view NewName);
 
-  double Value() const;
-  void SetValue(double NewValue);
+  Unguarded<double> Value() const {
+    EnsureAlive();
+    return expression_->Value();
+  }
+  Unguarded<> SetValue(double NewValue) {
+    EnsureAlive();
+    return expression_->SetValue(NewValue);
+  }
 
   /// Also attaches the bound Expression to the owner.
   void AttachParent(VarSet* parent);

@@ -42,6 +42,23 @@ inline BSTR ToAbi(Bstr text) { return text.Detach(); }
 inline VARIANT ToAbi(Variant value) { return value.Detach(); }
 inline SAFEARRAY* ToAbi(SafeArray array) { return array.Detach(); }
 
+/// What a member gives back that needs no guard: one that calls nobody outside of the library, and
+/// sets the floating-point environment itself if it depends on it.
+template <class T = void>
+struct Unguarded {
+  T value;
+
+  Unguarded(T result) : value(result) {}
+  operator T() const { return value; }
+};
+template <>
+struct Unguarded<void> {};
+
+template <class T>
+T ToAbi(Unguarded<T> result) {
+  return result.value;
+}
+
 template <class T>
 auto ToAbi(const Ref<T>& object) -> decltype(object->Abi()) {
   if (!object) return nullptr;

@@ -36,7 +36,9 @@ class AutomationObject : public ObjectCore {
       : ObjectCore(ShimOf<Self>::kClass, &shim_, events), shim_(static_cast<Self&>(*this)) {}
 
   /// Raises one of the library's own errors in this class's name.
-  [[noreturn]] static void Raise(ZepErrors number) { RaiseZepError(number, ClassName()); }
+  [[noreturn, gnu::noinline]] static void Raise(ZepErrors number) {
+    RaiseZepError(number, ClassName());
+  }
 
  private:
   ShimOf<Self> shim_;

@@ -44,19 +44,11 @@ class Shim : public Interface_ {
   }
 
  protected:
-  /// Runs a member without a result, in the default floating-point environment unless the class
-  /// sets that where it needs it: looking at it takes longer than many a member. No exception
+  /// Runs a member without a result, in the default floating-point environment. No exception
   /// passes.
   template <class Body>
   HRESULT Call(Body&& body) noexcept {
-    const Keeper keeper(object_);
-    [[maybe_unused]] const Environment<Object> environment;
-    try {
-      body(object_);
-      return S_OK;
-    } catch (...) {
-      return TranslateException(object_.Description());
-    }
+    return Run<std::invoke_result_t<Body, Object&>>(body);
   }
 
   /// Runs a member with a result, which is cleared unless the member succeeds.
@@ -64,17 +56,11 @@ class Shim : public Interface_ {
   HRESULT Get(Result* result, Body&& body) noexcept {
     if (!result) return Refuse(E_POINTER);
     *result = Result{};
-    return Call([&](Object& object) { *result = ToAbi(body(object)); });
+    return Run<std::invoke_result_t<Body, Object&>>(
+        [&](Object& object) { *result = ToAbi(body(object)); });
   }
 
  private:
-  struct AnyEnvironment {};
-  template <class Called>
-  using Environment = std::conditional_t < requires {
-    Called::kSetsFloatEnvironment;
-  }
-  , AnyEnvironment, DefaultFloatEnvironment > ;
-
   /// Keeps the object alive for the length of a call: a handler may drop the client's last
   /// reference.
   class Keeper {
@@ -87,6 +73,35 @@ class Shim : public Interface_ {
    private:
     Object& object_;
   };
+
+  struct Guard {
+    explicit Guard(Object& object) : keeper(object) {}
+
+    const Keeper keeper;
+    const DefaultFloatEnvironment environment;
+  };
+  struct NoGuard {
+    explicit NoGuard(Object&) {}
+  };
+  template <class Returned>
+  struct GuardFor {
+    using Type = Guard;
+  };
+  template <class T>
+  struct GuardFor<Unguarded<T>> {
+    using Type = NoGuard;
+  };
+
+  template <class Returned, class Body>
+  HRESULT Run(Body&& body) noexcept {
+    [[maybe_unused]] const typename GuardFor<Returned>::Type guard(object_);
+    try {
+      body(object_);
+      return S_OK;
+    } catch (...) {
+      return TranslateException(object_.Description());
+    }
+  }
 
   Object& object_;
 };

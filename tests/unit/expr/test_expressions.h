@@ -1,10 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <bit>
 #include <map>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -78,7 +77,7 @@ class TestExpressions {
     const std::u16string lookups_of_first = lookups;
     const EvaluationOutcome second = OutcomeOf(root);
     lookups = lookups_of_first;
-    EXPECT_EQ(first, second);
+    if (first != second) throw std::logic_error("the plan comes to something else");
     if (first.failure.number != 0) throw first.failure;
     return std::bit_cast<double>(first.bits);
   }
