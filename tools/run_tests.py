@@ -18,6 +18,7 @@ import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
 
+import doc_examples
 from test_results import (Result, googletest_results, program_results, script_results,
                           transcript_results, unittest_results)
 
@@ -122,6 +123,7 @@ class Windows:
         self.preset = preset
         self.user = language if preset == 'x64' else f'{language}-{preset}'
         self.dll = str(BUILD / preset / 'zepkit10.dll')
+        self.compiler = f"{'x86_64' if preset == 'x64' else 'i686'}-w64-mingw32-g++-posix"
 
     def command(self, *command):
         return [WINE, self.user, *command]
@@ -196,6 +198,22 @@ def samples(windows):
     return suite
 
 
+def documents(windows):
+    """Examples in documents print what they say; those that cannot run say so."""
+    def suite(run):
+        with registered(run, windows), tempfile.TemporaryDirectory() as folder:
+            for name in ('README.md', 'docs/clients.md'):
+                text = (ROOT / name).read_text(encoding='utf-8')
+                lines = [str(each.line) for each in doc_examples.unmarked(text)]
+                yield Result(f'{name}: examples run or say that they do not', 'failed' if lines else 'passed',
+                             f'lines {", ".join(lines)}')
+                for language, expected, output, code in doc_examples.run(
+                        run, windows, text, BUILD / windows.preset / 'generated/zepkit10', pathlib.Path(folder)):
+                    bad = doc_examples.difference(expected, output) or (f'exit code {code}' if code else '')
+                    yield Result(f'{name}: {language} examples', 'failed' if bad else 'passed', bad)
+    return suite
+
+
 def binary(run):
     """The DLLs of both bitnesses."""
     run.build('x64')
@@ -222,6 +240,7 @@ def suites_on(preset):
         'registration': registration(english),
         'script': script(english),
         'samples': samples(english),
+        'documents': documents(english),
     }
 
 
