@@ -172,9 +172,7 @@ void Chart::DrawFunction(const Ref<FncInfo>& function, int colour_index,
   if (function->Deleted()) return;
   variables.y->Bind(function->Expression());
   DrawSamples(function, colour, variables);
-  if (!function->Deleted()) {
-    surface_.TextLine(colour_index, function->Expression()->EString(), colour);
-  }
+  if (!function->Deleted()) surface_.TextLine(colour_index, term, colour);
 }
 
 void Chart::DrawSamples(const Ref<FncInfo>& function, Colour colour, const Variables& variables) {

@@ -248,6 +248,16 @@ TEST_P(ChartDrawTest, IntervalIsReadAgainForTheNumberOfTheSample) {
   EXPECT_EQ(3u, sink->events().size());
 }
 
+TEST_P(ChartDrawTest, XLowIsReadAgainForTheNumberOfTheSample) {
+  const Object function = Add({L"x", 0, 2, 1});
+  const auto sink = Listen([&](const Event& event) {
+    if (event == NewPoint(1, 1)) EXPECT_OK(function.Let(L"XLow", {-1e10}));
+    return S_OK;
+  });
+  EXPECT_ERROR(chart_.Call(L"Draw"), 6, L"Zepkit10.Chart", L"Overflow");
+  EXPECT_EQ(3u, sink->events().size());
+}
+
 TEST_P(ChartDrawTest, EndAndStepAreFixedAtTheStart) {
   const Object function = Add({L"x", 0, 2, 1});
   const auto sink = Listen([&](const Event& event) {

@@ -89,6 +89,15 @@ TEST_P(ChartPictureTest, YGrowsUpwards) {
   EXPECT_EQ(101, static_cast<int>(InColumn(image, 0).size()));
 }
 
+TEST_P(ChartPictureTest, XGrowsToTheLeftBetweenExchangedBounds) {
+  Add({L"1", 10, -10, 1, -5, 5});
+  Add({L"2", 10, -10, -15, -5, 5});  // at 10 and -5
+  const Image image = Drawn();
+  EXPECT_EQ(201, static_cast<int>(InRow(image, 50).size()));
+  EXPECT_EQ(kPalette[1], image.At(150, 30));
+  EXPECT_EQ(kWhite, image.At(50, 30));
+}
+
 TEST_P(ChartPictureTest, AxesOutsideTheRangeAreNotSeen) {
   AddRange(1, 2, 1, 2);
   EXPECT_EQ(0, Black(Drawn()));
@@ -167,6 +176,16 @@ TEST_P(ChartPictureTest, LabelsStandBelowEachOther) {
   EXPECT_EQ(201 * (400 - 15 * height), image.Count(kWhite, 15 * height));
 }
 
+TEST_P(ChartPictureTest, ALabelIsTheTermThatWasTold) {
+  const Object function = Add({L"1", -10, 10, -1, -5, 5});
+  const Image drawn = Drawn();
+  const auto sink = client::Sink::Connect(chart_.get(), DIID___Chart, [&](const client::Event&) {
+    EXPECT_OK(function.GetObject(L"Expression").Let(L"EString", {L"2+3+4"}));
+    return S_OK;
+  });
+  EXPECT_EQ(drawn, Drawn());
+}
+
 TEST_P(ChartPictureTest, FunctionsAfterAnAbortHaveTheirLabelsAndNoPoints) {
   AddRange(-10, 10, -5, 5);
   Add({L"2", 4, 8, 2});
@@ -193,6 +212,14 @@ TEST_P(ChartPictureTest, DrawStartsAgainOnWhite) {
   EXPECT_FALSE(first == empty);
   EXPECT_OK(function.Call(L"Delete"));
   EXPECT_EQ(empty, Drawn());
+}
+
+TEST_P(ChartPictureTest, IsWhiteAgainWhereThereIsNothingToDraw) {
+  AddRange(-10, 10, -5, 5);
+  EXPECT_EQ(301, Black(Drawn()));
+  EXPECT_OK(functions_.Call(L"Clear"));
+  EXPECT_ZEP_ERROR(chart_.Call(L"Draw"), zepErrBadCallContext, L"FncInfos");
+  EXPECT_EQ(201 * 101, Image(Picture().Get()).Count(kWhite));
 }
 
 TEST_P(ChartPictureTest, AxesAreDrawnBeforeAVariableIsMissed) {
@@ -228,7 +255,9 @@ TEST_P(ChartPictureTest, AResizedPictureKeepsWhatFits) {
 TEST_P(ChartPictureTest, RangesWithoutExtentDrawNothing) {
   Add({L"0", 0, 0, 1, 0, 0});
   EXPECT_OK(chart_.Let(L"CoordMetric", {1.0}));
-  EXPECT_OK(chart_.Call(L"Draw"));
+  const Image image = Drawn();
+  const int label = zepkit10::Surface::TextLineHeight();
+  EXPECT_EQ(201 * (101 - label), image.Count(kWhite, label));
 }
 
 TEST_P(ChartPictureTest, APictureOfOnePixelCanBeDrawn) {

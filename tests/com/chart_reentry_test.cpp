@@ -158,6 +158,18 @@ TEST_P(ChartReentryTest, AnotherTermIsDrawnFromThenOn) {
   EXPECT_EQ((Event{kNewPoint, {0.0, 1.0}}), sink->events()[3]);
 }
 
+TEST_P(ChartReentryTest, AnotherExpressionIsDrawnNextTime) {
+  const Object f = Add({L"x"});
+  const Object other = Create(CLSID_Expression);
+  EXPECT_OK(other.Let(L"EString", {L"x+1"}));
+  const auto sink = ActAt(kSecondPoint, [&] { EXPECT_OK(f.Set(L"Expression", {other})); });
+  EXPECT_OK(chart_.Call(L"Draw"));
+  ASSERT_EQ(6u, sink->events().size());
+  EXPECT_EQ((Event{kNewPoint, {1.0, 1.0}}), sink->events()[kLastPoint]);
+  EXPECT_OK(chart_.Call(L"Draw"));
+  EXPECT_EQ((Event{kNewPoint, {1.0, 2.0}}), sink->events().back());
+}
+
 TEST_P(ChartReentryTest, DrawingAgainInADrawing) {
   for (const std::size_t when : kEverywhere) {
     SCOPED_TRACE(when);

@@ -1,3 +1,4 @@
+#include "com/apartment.h"
 #include "com/chart_fixture.h"
 #include "com/index_kinds.h"
 
@@ -90,6 +91,21 @@ TEST_P(ChartsTest, ForEachVisitsASnapshotInOrder) {
   }
   EXPECT_EQ(L"cb", visited);
   EXPECT_EQ(charts_.Get(L"Count"), 0);
+}
+
+TEST_P(ChartsTest, AfterTheirLibraryTheyRefuseEveryMember) {
+  component::InNewApartment([] {
+    Object library = Create(CLSID_Global).GetObject(L"Zep");
+    const Object charts = library.GetObject(L"Charts");
+    library.Reset();
+    EXPECT_ZEP_ERROR(charts.Call(L"Add", {L"c"}), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Call(L"Clear"), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Get(L"Count"), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Get(L"Item", {1.0}), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Get(L"NewEnum"), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Get(L"Parent"), zepErrAwaitTerm, L"Charts");
+    EXPECT_ZEP_ERROR(charts.Call(L"Remove", {1.0}), zepErrAwaitTerm, L"Charts");
+  });
 }
 
 TEST_P(ChartsTest, ChartsTakeNoHandlesOfTheSystem) {

@@ -30,6 +30,23 @@ TEST_P(CounterTest, CountsByOneUnlessTold) {
   EXPECT_EQ(counter_.Get(L"Value"), 4);
 }
 
+TEST_P(CounterTest, CountsFromZeroInEitherDirection) {
+  EXPECT_OK(counter_.Call(L"Increment", {-3}));
+  EXPECT_EQ(counter_.Get(L"Value"), -3);
+  const Object other = Create(CLSID_Counter);
+  EXPECT_OK(other.Call(L"Decrement"));
+  EXPECT_EQ(other.Get(L"Value"), -1);
+}
+
+TEST_P(CounterTest, AStepOfNothingIsAnAssignmentToo) {
+  EXPECT_OK(counter_.Let(L"Value", {5}));
+  const auto sink = Sink::Connect(counter_.get(), DIID___Counter);
+  EXPECT_OK(counter_.Call(L"Increment", {0}));
+  EXPECT_OK(counter_.Call(L"Decrement", {0}));
+  const std::vector<Event> expected{{1, {5, 5}}, {1, {5, 5}}};
+  EXPECT_EQ(expected, sink->events());
+}
+
 TEST_P(CounterTest, RaisesValueChangedWithNewAndOldValue) {
   const auto sink = Sink::Connect(counter_.get(), DIID___Counter);
   EXPECT_OK(counter_.Call(L"Increment"));
