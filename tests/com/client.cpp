@@ -146,7 +146,7 @@ std::vector<Object> Object::Items() const {
   return items;
 }
 
-Outcome Object::Invoke(const wchar_t* name, WORD flags, Arguments arguments) const {
+Outcome Object::Invoke(const wchar_t* name, WORD flags, std::span<const Value> arguments) const {
   Outcome outcome;
   ComPtr<ITypeInfo> type;
   DISPID id = DISPID_UNKNOWN;
@@ -154,8 +154,9 @@ Outcome Object::Invoke(const wchar_t* name, WORD flags, Arguments arguments) con
   outcome.result = object_->GetIDsOfNames(IID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id);
   if (FAILED(outcome.result)) return outcome;
   std::vector<VARIANT> reversed;
-  for (auto value = arguments.end(); value != arguments.begin();)
-    reversed.push_back((--value)->raw());
+  for (auto value = arguments.rbegin(); value != arguments.rend(); ++value) {
+    reversed.push_back(value->raw());
+  }
   DISPID assigned = DISPID_PROPERTYPUT;
   const bool assigns = flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF);
   DISPPARAMS parameters{reversed.data(), assigns ? &assigned : nullptr,

@@ -6,6 +6,7 @@
 
 #include <initializer_list>
 #include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -106,17 +107,19 @@ class Object {
 
   using Arguments = std::initializer_list<Value>;
   Outcome Get(const wchar_t* name, Arguments arguments = {}) const {
-    return Invoke(name, DISPATCH_PROPERTYGET, arguments);
+    return Invoke(name, DISPATCH_PROPERTYGET, ListOf(arguments));
   }
   Outcome Call(const wchar_t* name, Arguments arguments = {}) const {
-    return Invoke(name, DISPATCH_METHOD, arguments);
+    return Invoke(name, DISPATCH_METHOD, ListOf(arguments));
   }
   Outcome Let(const wchar_t* name, Arguments arguments) const {
-    return Invoke(name, DISPATCH_PROPERTYPUT, arguments);
+    return Invoke(name, DISPATCH_PROPERTYPUT, ListOf(arguments));
   }
   Outcome Set(const wchar_t* name, Arguments arguments) const {
-    return Invoke(name, DISPATCH_PROPERTYPUTREF, arguments);
+    return Invoke(name, DISPATCH_PROPERTYPUTREF, ListOf(arguments));
   }
+  /// Any of these, by its flag (DISPATCH_…).
+  Outcome Invoke(const wchar_t* name, WORD flags, std::span<const Value> arguments) const;
 
   /// The object that a property holds or a method returns, in the same binding; empty on an error.
   Object GetObject(const wchar_t* name, Arguments arguments = {}) const;
@@ -134,7 +137,9 @@ class Object {
   void Reset() { object_.Reset(); }
 
  private:
-  Outcome Invoke(const wchar_t* name, WORD flags, Arguments arguments) const;
+  static std::span<const Value> ListOf(Arguments arguments) {
+    return {arguments.begin(), arguments.size()};
+  }
 
   Microsoft::WRL::ComPtr<IDispatch> object_;
   Binding binding_ = Binding::kDispatch;

@@ -25,3 +25,43 @@ inline constexpr KeyMember kMembers[] = {
     {L"RControl", kDown, 163},       {L"RShift", kDown, 161},      {L"ScrollLock", kOn, 145},
     {L"ScrollLockDown", kDown, 145}, {L"Shift", kDown, 16},
 };
+
+/// The keys of this thread, left as they were.
+class Keys {
+ public:
+  Keys() { GetKeyboardState(before_); }
+  ~Keys() { SetKeyboardState(before_); }
+  Keys(const Keys&) = delete;
+  Keys& operator=(const Keys&) = delete;
+
+  /// Puts one key into a state and all others up and off.
+  static void Only(int key, BYTE state) {
+    BYTE keys[256] = {};
+    keys[key] = state;
+    EXPECT_TRUE(SetKeyboardState(keys));
+  }
+
+ private:
+  BYTE before_[256] = {};
+};
+
+/// The settings of the keyboard, left as they were.
+class Settings {
+ public:
+  Settings() : delay_(Read(SPI_GETKEYBOARDDELAY)), preference_(Read(SPI_GETKEYBOARDPREF)) {}
+  ~Settings() {
+    SystemParametersInfoA(SPI_SETKEYBOARDDELAY, static_cast<UINT>(delay_), nullptr, 0);
+    SystemParametersInfoA(SPI_SETKEYBOARDPREF, static_cast<UINT>(preference_), nullptr, 0);
+  }
+  Settings(const Settings&) = delete;
+  Settings& operator=(const Settings&) = delete;
+
+  static int Read(UINT setting) {
+    int value = 0;
+    EXPECT_TRUE(SystemParametersInfoA(setting, 0, &value, 0));
+    return value;
+  }
+
+ private:
+  const int delay_, preference_;
+};
