@@ -23,17 +23,21 @@ class Copy {
   }
   ~Copy() { DeleteFileW(path_); }
 
-  /// Leaves a variable and a chart in what the calling thread's apartment shares.
+  /// Leaves something of every family in what the calling thread's apartment shares.
   void Use() const {
-    ComPtr<IClassFactory> factory;
-    ComPtr<IDispatch> global;
-    ASSERT_EQ(S_OK, Export<decltype(DllGetClassObject)>("DllGetClassObject")(
-                        CLSID_Global, IID_PPV_ARGS(&factory)));
-    ASSERT_EQ(S_OK, factory->CreateInstance(nullptr, IID_PPV_ARGS(&global)));
-    const Object client(global.Get(), client::Binding::kDispatch);
+    const Object client = Create(CLSID_Global);
     const Object variables = client.GetObject(L"VarSets").CallObject(L"Add", {L"variables"});
     EXPECT_OK(variables.Call(L"Add", {L"x"}));
     EXPECT_OK(client.GetObject(L"Charts").Call(L"Add", {L"chart"}));
+    EXPECT_OK(client.GetObject(L"GlobalMessages").Call(L"Add", {L"message"}));
+    EXPECT_OK(client.GetObject(L"DebugPrintOuts").Let(L"Enabled", {false}));
+    for (const GUID& each :
+         {CLSID_Counter, CLSID_Expression, CLSID_Messages, CLSID_List, CLSID_ZepVariant,
+          CLSID_DocHand, CLSID_FileDialog, CLSID_MousePointer}) {
+      EXPECT_TRUE(Create(each));
+    }
+    EXPECT_OK(client.GetObject(L"CommandLine").Get(L"Count"));
+    EXPECT_OK(client.GetObject(L"Keyboard").Get(L"Shift"));
   }
 
   /// True if the DLL let itself be unloaded.
@@ -44,6 +48,15 @@ class Copy {
   }
 
  private:
+  Object Create(REFCLSID clsid) const {
+    ComPtr<IClassFactory> factory;
+    ComPtr<IDispatch> made;
+    EXPECT_EQ(S_OK, Export<decltype(DllGetClassObject)>("DllGetClassObject")(
+                        clsid, IID_PPV_ARGS(&factory)));
+    EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, IID_PPV_ARGS(&made)));
+    return {made.Get(), client::Binding::kDispatch};
+  }
+
   template <class Function>
   Function* Export(const char* name) const {
     return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
