@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <iterator>
 #include <limits>
 
 namespace zepkit10 {
@@ -61,6 +63,30 @@ Digits ShortestDigits(double number) {
   return result;
 }
 
+/// A number of so few digits that they and the power of ten are doubles: their quotient is rounded
+/// correctly. Nothing for any other text.
+std::optional<double> ConvertShort(std::u16string_view text, char16_t decimal) {
+  constexpr double kPowersOfTen[] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+  if (text.size() > std::size(kPowersOfTen)) return {};
+  std::uint64_t digits = 0;
+  std::size_t count = 0, point = text.size();
+  for (const char16_t c : text) {
+    if (IsDigit(c)) {
+      digits = 10 * digits + (c - u'0');
+      ++count;
+    } else if (c == decimal && point == text.size()) {
+      point = count;
+    } else {
+      return {};
+    }
+  }
+  if (count == 0 || count == std::size(kPowersOfTen)) return {};
+  const std::size_t decimals = count - std::min(count, point);
+  const auto number = static_cast<double>(digits);
+  return decimals == 0 ? number : number / kPowersOfTen[decimals];
+}
+
 }  // namespace
 
 // The platform takes digits with at most one decimal separator and any number of group separators,
@@ -89,6 +115,7 @@ std::size_t NumberLength(std::u16string_view text, const NumberFormat& format) {
 }
 
 std::optional<double> TextToNumber(std::u16string_view text, const NumberFormat& format) {
+  if (const auto number = ConvertShort(text, format.decimal)) return number;
   const std::string plain = Plain(text, format);
   const auto points = std::count(plain.begin(), plain.end(), '.');
   const bool has_digit = plain.size() > static_cast<std::size_t>(points);

@@ -16,7 +16,9 @@ Entry Require(const std::optional<Entry>& entry) {
 
 Token FirstToken(std::u16string_view text, const NumberFormat& numbers) {
   const DefaultFloatEnvironment environment;
-  return Tokenizer(text, numbers).At(0, text.size());
+  Token token;
+  Tokenizer(text, numbers).Read(0, static_cast<Tokenizer::Position>(text.size()), token);
+  return token;
 }
 
 }  // namespace

@@ -118,5 +118,21 @@ TEST(NumberFormat, SeparatorsThatNoTermCanContain) {
   EXPECT_EQ(NumberToText(12.5, format), u"12\u066b5");
 }
 
+TEST(NumberFormat, DigitsOfAnyLengthAreRoundedCorrectly) {
+  std::mt19937 random(4);
+  for (int i = 0; i < 200'000; ++i) {
+    std::u16string text;
+    for (auto length = 1 + random() % 20; length > 0; --length) {
+      text += static_cast<char16_t>(u'0' + random() % 10);
+    }
+    if (random() % 4 != 0) text.insert(random() % (text.size() + 1), u".");
+    const auto read = TextToNumber(text, naive::EnglishNumbers());
+    const auto expected = naive::EnglishNumbers().convert(text);
+    ASSERT_TRUE(read);
+    ASSERT_EQ(std::bit_cast<std::uint64_t>(*read), std::bit_cast<std::uint64_t>(*expected))
+        << std::string(text.begin(), text.end());
+  }
+}
+
 }  // namespace
 }  // namespace zepkit10
