@@ -13,7 +13,7 @@ packages_of() {
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
-    bench) echo libbenchmark-dev gnuplot-nox ;;
+    bench) echo libbenchmark-dev libmuparser-dev gnuplot-nox ;;
     *) echo "tools/install_packages.sh: no group '$1'" >&2; exit 2 ;;
   esac
 }
