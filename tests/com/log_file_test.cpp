@@ -95,13 +95,15 @@ TEST_P(LogFileTest, ALineIsTimeAndText) {
   EXPECT_TRUE(IsTimeBetween(line.substr(0, line.size() - end.size()), before, after)) << line;
 }
 
+void WINAPI TellLateTime(SYSTEMTIME* now) { *now = {2026, 5, 2, 12, 23, 59, 59, 900}; }
+
 TEST_P(LogFileTest, PartsOfASecondAreNotRounded) {
   if (!component::IsLinked()) return;
   Use(log_);
   SYSTEMTIME whole{2026, 5, 2, 12, 23, 59, 59, 0};
   FILETIME time;
   SystemTimeToFileTime(&whole, &time);
-  const TimeHook late([](SYSTEMTIME* now) { *now = {2026, 5, 2, 12, 23, 59, 59, 900}; });
+  const TimeHook late(TellLateTime);
   EXPECT_OK(Log(L"text"));
   EXPECT_EQ(folder_.Read(L"a.log"), TimeText(time) + ": text\r\n");
 }
