@@ -181,21 +181,6 @@ TEST_P(KeyboardTest, CannotBeCreated) {
       component::CreateInstance(CLSID_Keyboard, IID_IDispatch, reinterpret_cast<void**>(&created)));
 }
 
-TEST_P(KeyboardTest, ItKeepsTheLibrary) {
-  InNewApartment([this] {
-    const auto make = [this] {
-      return Object(component::Create<IDispatch>(CLSID_Global).Get(), root_.binding());
-    };
-    Object global = make();
-    const Object library = global.GetObject(L"Zep");
-    EXPECT_OK(global.GetObject(L"Keyboard").Let(L"Notify", {false}));
-    global.Reset();
-    global = make();
-    EXPECT_EQ(global.Get(L"Zep"), library);
-    EXPECT_EQ(global.GetObject(L"Keyboard").Get(L"Notify"), false);
-  });
-}
-
 TEST_P(KeyboardTest, ItServesAfterTheEndOfItsApartment) {
   Object keyboard;
   InNewApartment([&] {

@@ -1,5 +1,6 @@
 // The root objects: what they share, and how long it lives.
 #include <functional>
+#include <utility>
 
 #include "com/apartment.h"
 #include "com/foreign.h"
@@ -127,16 +128,20 @@ TEST_P(LibraryTest, TheCommandLineAndTheMessagesDoNotKeepTheLibrary) {
   });
 }
 
-TEST_P(LibraryTest, TheDebugOutputsKeepTheLibrary) {
-  InNewApartment([] {
-    Object global = NewGlobal();
-    const Object library = global.GetObject(L"Zep");
-    EXPECT_OK(global.GetObject(L"DebugPrintOuts").Let(L"Enabled", {false}));
-    global.Reset();
-    global = NewGlobal();
-    EXPECT_EQ(global.Get(L"Zep"), library);
-    EXPECT_EQ(global.GetObject(L"DebugPrintOuts").Get(L"Enabled"), false);
-  });
+TEST_P(LibraryTest, TheDebugOutputsAndTheKeyboardKeepTheLibrary) {
+  const std::pair<const wchar_t*, const wchar_t*> settings[] = {{L"DebugPrintOuts", L"Enabled"},
+                                                                {L"Keyboard", L"Notify"}};
+  for (const auto& [name, setting] : settings) {
+    InNewApartment([&, name = name, setting = setting] {
+      Object global = NewGlobal();
+      const Object library = global.GetObject(L"Zep");
+      EXPECT_OK(global.GetObject(name).Let(setting, {false}));
+      global.Reset();
+      global = NewGlobal();
+      EXPECT_EQ(global.Get(L"Zep"), library);
+      EXPECT_EQ(global.GetObject(name).Get(setting), false);
+    });
+  }
 }
 
 TEST_P(LibraryTest, ASharedCollectionKeepsTheLibrary) {
@@ -152,18 +157,6 @@ TEST_P(LibraryTest, ASharedCollectionKeepsTheLibrary) {
       EXPECT_EQ(global.GetObject(name).GetObject(L"Item", {L"kept"}).Get(L"Name"), L"kept");
     });
   }
-}
-
-TEST_P(LibraryTest, TheKeyboardKeepsTheLibrary) {
-  InNewApartment([] {
-    Object global = NewGlobal();
-    const Object library = global.GetObject(L"Zep");
-    EXPECT_OK(global.GetObject(L"Keyboard").Let(L"Notify", {false}));
-    global.Reset();
-    global = NewGlobal();
-    EXPECT_EQ(global.Get(L"Zep"), library);
-    EXPECT_EQ(global.GetObject(L"Keyboard").Get(L"Notify"), false);
-  });
 }
 
 TEST_P(LibraryTest, ObjectsOfOtherClassesDoNotKeepTheLibrary) {
