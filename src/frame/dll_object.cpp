@@ -2,6 +2,7 @@
 
 #include "frame/shared_library_object.h"
 #include "platform/automation/module.h"
+#include "platform/thread_slots.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID process_ends) {
   if (reason == DLL_THREAD_DETACH) {
@@ -10,6 +11,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID process_ends) {
     // At the end of the process other libraries may be gone already, and memory goes anyway.
     zepkit10::EndAllApartments();
     zepkit10::ForgetTypeLibrary();
+    zepkit10::FreeThreadSlots();
   }
   return TRUE;
 }

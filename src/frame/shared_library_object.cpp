@@ -85,7 +85,7 @@ void EndApartment() noexcept {
 }
 
 void EndAllApartments() noexcept {
-  TlsFree(slot);
+  TlsSetValue(slot, nullptr);
   // The loader calls alone: no other thread is inside the DLL any more.
   for (Apartment* apartment : std::exchange(registry, {})) apartment->End();
 }

@@ -97,4 +97,26 @@ TEST_F(UnloadTest, TheDllEndsWhatOtherApartmentsShare) {
   CloseHandle(unloaded);
 }
 
+/// What a process has only so much of.
+struct Scarce {
+  DWORD slot = TlsAlloc(), handles = 0;
+  Scarce() {
+    TlsFree(slot);
+    GetProcessHandleCount(GetCurrentProcess(), &handles);
+  }
+  bool operator==(const Scarce&) const = default;
+};
+
+TEST_F(UnloadTest, AThousandRoundsLeaveNoSlotAndNoHandle) {
+  const auto round = [] {
+    const Copy copy;
+    copy.Use();
+    EXPECT_TRUE(copy.Unload());
+  };
+  for (int i = 0; i < 3; ++i) round();  // the platform keeps what it needs for itself
+  const Scarce before;
+  for (int i = 0; i < 1000 && !HasFailure(); ++i) round();
+  EXPECT_EQ(before, Scarce());
+}
+
 }  // namespace
