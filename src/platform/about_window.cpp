@@ -95,9 +95,7 @@ void AboutWindow::Run() {
   }
   while (window_) {
     MSG message;
-    const BOOL received = GetMessageW(&message, nullptr, 0, 0);
-    if (received < 0) RaiseSystemError(GetLastError());
-    if (received == 0) {
+    if (!GetMessageW(&message, nullptr, 0, 0)) {
       Close();
       PostQuitMessage(static_cast<int>(message.wParam));
       break;
@@ -175,6 +173,8 @@ void AboutWindow::OnDestroy() noexcept {
   KillTimer(window_, kTimer);
   window_ = nullptr;
   if (modality_) modality_->End();
+  // A sent message is dispatched while the queue is waited at, which alone does not end the wait.
+  PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
 }
 
 // ---- layout ------------------------------------------------------------------------------------

@@ -62,9 +62,9 @@ AboutUser& AboutUser::Type(WPARAM key) {
   });
 }
 
-HWND AboutUser::Window() {
+HWND AboutUser::Window(DWORD thread) {
   HWND found = nullptr;
-  EnumThreadWindows(GetCurrentThreadId(), FindWindowOf, reinterpret_cast<LPARAM>(&found));
+  EnumThreadWindows(thread, FindWindowOf, reinterpret_cast<LPARAM>(&found));
   return found;
 }
 

@@ -27,8 +27,8 @@ class AboutUser {
   AboutUser& Press(int button);
   AboutUser& Type(WPARAM key);
 
-  /// The enabled about window of this thread; null where there is none.
-  static HWND Window();
+  /// The enabled about window of a thread; null where there is none.
+  static HWND Window(DWORD thread = GetCurrentThreadId());
   static HWND Control(HWND window, int id) { return GetDlgItem(window, id); }
   /// The text that moves.
   static HWND MovingText(HWND window);
