@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "frame/errors.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
 #include "platform/automation/string.h"
 #include "platform/dpi.h"

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "about/image_reduction.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
 
 namespace zepkit10 {

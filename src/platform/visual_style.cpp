@@ -1,6 +1,6 @@
 #include "platform/visual_style.h"
 
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
 
 namespace zepkit10 {

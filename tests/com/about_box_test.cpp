@@ -3,7 +3,7 @@
 #include "com/both_roots.h"
 #include "com/text_array.h"
 #include "com/value_array.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "com/about_user.h"
 #include "com/both_roots.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 #include "platform/picture.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "com/component.h"
 #include "com/gdi_objects.h"
 #include "com/import_hook.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 
 DECLARE_IMPORT(CreateDialogParamW, 20);
 

@@ -2,7 +2,7 @@
 #include <ocidl.h>
 
 #include "com/every_member/calls.h"
-#include "platform/about_controls.h"
+#include "platform/resource_ids.h"
 
 namespace call_table {
 
