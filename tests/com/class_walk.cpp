@@ -65,6 +65,7 @@ std::wstring ClassOf(IDispatch* object) {
 }
 
 VARTYPE TypeOf(const TYPEDESC& type) {
+  if (type.vt == VT_PTR && type.lptdesc->vt == VT_PTR) return VT_DISPATCH | VT_BYREF;
   if (type.vt == VT_PTR) return static_cast<VARTYPE>(TypeOf(*type.lptdesc) | VT_BYREF);
   if (type.vt == VT_USERDEFINED) return VT_I4;  // enumerations; interfaces come as pointers
   return type.vt;

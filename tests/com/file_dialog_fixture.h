@@ -5,22 +5,8 @@
 
 #include "com/both_bindings.h"
 #include "com/dialog_driver.h"
+#include "com/directory_keeper.h"
 #include "com/temporary_folder.h"
-
-inline std::wstring CurrentDirectory() {
-  wchar_t path[MAX_PATH];
-  GetCurrentDirectoryW(MAX_PATH, path);
-  return path;
-}
-
-/// Dialogs may change the current directory of the program.
-class DirectoryKeeper {
- public:
-  ~DirectoryKeeper() { SetCurrentDirectoryW(directory_.c_str()); }
-
- private:
-  const std::wstring directory_ = CurrentDirectory();
-};
 
 /// A file dialog that shows a folder of the test's own to a driver.
 class ShownFileDialog : public BothBindings {
