@@ -91,12 +91,13 @@ bool FileMembers::IsValidFile(std::u16string_view Path) { return IsFile(Path); }
 bool FileMembers::MakeDir(std::u16string_view Path) {
   if (Path.empty()) return false;
   const std::u16string path = DirectoryName(Path);
-  for (std::size_t end = path.find(u'\\', RootLength(path)); end != std::u16string::npos;
-       end = path.find(u'\\', end + 1)) {
+  std::size_t end = path.find(u'\\', RootLength(path));
+  if (end == std::u16string::npos) return IsDirectory(path);  // a root alone
+  for (; end != std::u16string::npos; end = path.find(u'\\', end + 1)) {
     const auto prefix = std::u16string_view(path).substr(0, end);
     if (!IsDirectory(prefix) && !MakeDirectory(prefix)) return false;
   }
-  return IsDirectory(path);  // a root alone was not looked at yet
+  return true;
 }
 
 }  // namespace zepkit10
