@@ -22,19 +22,6 @@ ComPtr<Interface> Create(REFCLSID clsid) {
   return made;
 }
 
-/// Medians of two ways to do something, in rounds that take turns.
-struct Medians {
-  double ours, theirs;
-};
-Medians Compare(const std::function<void()>& ours, const std::function<void()>& theirs) {
-  std::vector<double> our_times, their_times;
-  for (int round = 0; round < kRounds; ++round) {
-    our_times.push_back(Timed(ours));
-    their_times.push_back(Timed(theirs));
-  }
-  return {Median(our_times), Median(their_times)};
-}
-
 // ---- Documents
 // ------------------------------------------------------------------------------------
 

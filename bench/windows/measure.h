@@ -31,6 +31,19 @@ inline double Median(std::vector<double> values) {
   return *middle;
 }
 
+/// Medians of two ways to do something, in rounds that take turns.
+struct Medians {
+  double ours, theirs;
+};
+inline Medians Compare(const std::function<void()>& ours, const std::function<void()>& theirs) {
+  std::vector<double> our_times, their_times;
+  for (int round = 0; round < kRounds; ++round) {
+    our_times.push_back(Timed(ours));
+    their_times.push_back(Timed(theirs));
+  }
+  return {Median(our_times), Median(their_times)};
+}
+
 inline void Check(HRESULT result, const char* what) {
   if (SUCCEEDED(result)) return;
   std::fprintf(stderr, "%s failed: 0x%08lx\n", what, static_cast<unsigned long>(result));

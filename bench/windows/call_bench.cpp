@@ -1,0 +1,259 @@
+// What a call costs: late bound, by name in large collections, and as an event. Each figure is a
+// ratio to something that does no more than the protocol asks for.
+#include <windows.h>
+#include <oaidl.h>
+#include <ocidl.h>
+#include <wrl/client.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "Zepkit10.h"
+#include "measure.h"
+
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr int kCalls = 20'000;
+
+template <class Interface>
+ComPtr<Interface> Create(REFCLSID clsid) {
+  ComPtr<Interface> made;
+  Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&made)), "creating");
+  return made;
+}
+
+/// A text for one call.
+class Text {
+ public:
+  explicit Text(const std::wstring& text) : text_(SysAllocString(text.c_str())) {}
+  ~Text() { SysFreeString(text_); }
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+  operator BSTR() const { return text_; }
+
+ private:
+  BSTR text_;
+};
+
+/// An object that answers every call at once.
+class DoNothing final : public IDispatch {
+ public:
+  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** result) override {
+    *result = this;
+    return S_OK;
+  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+  ULONG STDMETHODCALLTYPE Release() override { return 1; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
+    return E_NOTIMPL;
+  }
+  [[gnu::noipa]] HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments,
+                                                  VARIANT* result, EXCEPINFO*, UINT*) override {
+    for (UINT i = 0; i < arguments->cArgs; ++i) seen += arguments->rgvarg[i].vt;
+    if (result) result->vt = VT_EMPTY;
+    return S_OK;
+  }
+  std::uint64_t seen = 0;
+};
+
+// ---- Late-bound calls
+
+struct LateCall {
+  DISPID id;
+  WORD kind;
+  std::vector<VARIANT> arguments;
+};
+
+void Invoke(IDispatch* object, LateCall& call) {
+  DISPID assigned = DISPID_PROPERTYPUT;
+  const bool assigns = call.kind == DISPATCH_PROPERTYPUT;
+  DISPPARAMS parameters{call.arguments.data(), assigns ? &assigned : nullptr,
+                        static_cast<UINT>(call.arguments.size()), assigns ? 1u : 0u};
+  for (int i = 0; i < kCalls; ++i) {
+    VARIANT result;
+    VariantInit(&result);
+    object->Invoke(call.id, IID_NULL, LOCALE_USER_DEFAULT, call.kind, &parameters,
+                   assigns ? nullptr : &result, nullptr, nullptr);
+    VariantClear(&result);
+  }
+}
+
+void MeasureLateCall(const char* name, IDispatch* object, LateCall call) {
+  DoNothing nothing;
+  const auto [ours, theirs] =
+      Compare([&] { Invoke(object, call); }, [&] { Invoke(&nothing, call); });
+  std::printf("  %-28s %5.1f ns, %.2f times a do-nothing Invoke\n", name, ours / kCalls * 1e9,
+              ours / theirs);
+}
+
+void MeasureLateCalls(_Global* zepkit) {
+  std::printf("Late-bound calls\n");
+  const auto counter = Create<_Counter>(CLSID_Counter);
+  const auto expression = Create<_Expression>(CLSID_Expression);
+  VARIANT one{}, number{};
+  one.vt = VT_I4;
+  one.lVal = 1;
+  number.vt = VT_R8;
+  number.dblVal = 0.5;
+  ComPtr<_VarSets> sets;
+  ComPtr<_VarSet> set;
+  ComPtr<_Variable> variable;
+  VARIANT unnamed{};
+  unnamed.vt = VT_ERROR;
+  unnamed.scode = DISP_E_PARAMNOTFOUND;
+  Check(zepkit->get_VarSets(&sets), "VarSets");
+  Check(sets->Add(&unnamed, &set), "VarSets.Add");
+  Check(set->Add(Text(L"x"), &variable), "VarSet.Add");
+  MeasureLateCall("Counter.Increment(1)", counter.Get(), {2, DISPATCH_METHOD, {one}});
+  MeasureLateCall("Counter.Value", counter.Get(), {0, DISPATCH_PROPERTYGET, {}});
+  MeasureLateCall("Variable.Value = 0.5", variable.Get(), {0, DISPATCH_PROPERTYPUT, {number}});
+  MeasureLateCall("Variable.Value", variable.Get(), {0, DISPATCH_PROPERTYGET, {}});
+  set->Delete();
+}
+
+// ---- Names
+
+template <class Owner, class Item>
+double TimeOfItem(Owner* owner, const std::wstring& name) {
+  const Text text(name);
+  VARIANT index{};
+  index.vt = VT_BSTR;
+  index.bstrVal = text;
+  return Timed([&] {
+    for (int i = 0; i < kCalls; ++i) {
+      ComPtr<Item> found;
+      Check(owner->get_Item(index, &found), "Item");
+    }
+  });
+}
+
+void MeasureNames(_Global* zepkit) {
+  std::printf("Items by name\n");
+  constexpr int kSets = 100'000;
+  ComPtr<_VarSets> sets;
+  ComPtr<_VarSet> small, large;
+  Check(zepkit->get_VarSets(&sets), "VarSets");
+  const auto add = [&](const std::wstring& name, ComPtr<_VarSet>& set) {
+    const Text text(name);
+    VARIANT value{};
+    value.vt = VT_BSTR;
+    value.bstrVal = text;
+    Check(sets->Add(&value, set.ReleaseAndGetAddressOf()), "VarSets.Add");
+  };
+  add(L"small", small);
+  std::vector<double> alone, among;
+  for (int i = 0; i < kRounds; ++i) {
+    alone.push_back(TimeOfItem<_VarSets, _VarSet>(sets.Get(), L"small"));
+  }
+  add(L"large", large);
+  ComPtr<_VarSet> other;
+  for (int i = 2; i < kSets; ++i) add(L"set " + std::to_wstring(i), other);
+  for (int i = 0; i < kRounds; ++i) {
+    among.push_back(TimeOfItem<_VarSets, _VarSet>(sets.Get(), L"small"));
+  }
+  std::printf("  VarSets.Item with %d sets: %.2f times that with 1\n", kSets,
+              Median(among) / Median(alone));
+  ComPtr<_Variable> variable;
+  Check(small->Add(Text(L"x"), variable.ReleaseAndGetAddressOf()), "VarSet.Add");
+  for (const wchar_t first : {L'a', L'A'}) {
+    for (wchar_t c = first; c < first + 26; ++c) {
+      Check(large->Add(Text(std::wstring(1, c)), variable.ReleaseAndGetAddressOf()), "VarSet.Add");
+    }
+  }
+  const auto [of_many, of_one] =
+      Compare([&] { TimeOfItem<_VarSet, _Variable>(large.Get(), L"x"); },
+              [&] { TimeOfItem<_VarSet, _Variable>(small.Get(), L"x"); });
+  std::printf("  VarSet.Item with 52 variables: %.2f times that with 1\n", of_many / of_one);
+  sets->Clear();
+}
+
+// ---- Charts
+
+constexpr int kSamples = 1'000'000;
+
+void MeasureCharts(_Global* zepkit) {
+  std::printf("Chart.Draw of %d samples of SIN(x)*x/3\n", kSamples);
+  ComPtr<_Charts> charts;
+  ComPtr<_Chart> chart;
+  ComPtr<_VarSets> sets;
+  ComPtr<_VarSet> set;
+  ComPtr<_FncInfos> functions;
+  ComPtr<_FncInfo> function;
+  ComPtr<_Expression> expression;
+  VARIANT unnamed{};
+  unnamed.vt = VT_ERROR;
+  unnamed.scode = DISP_E_PARAMNOTFOUND;
+  Check(zepkit->get_VarSets(&sets), "VarSets");
+  Check(sets->Add(&unnamed, &set), "VarSets.Add");
+  Check(zepkit->get_Charts(&charts), "Charts");
+  Check(charts->Add(Text(L"bench"), &chart), "Charts.Add");
+  Check(chart->putref_VarSet(set.Get()), "Chart.VarSet");
+  Check(chart->get_FncInfos(&functions), "FncInfos");
+  Check(functions->Add(Text(L"f"), &function), "FncInfos.Add");
+  Check(function->get_Expression(&expression), "Expression");
+  Check(expression->put_EString(Text(L"SIN(x)*x/3")), "EString");
+  function->put_XLow(-10);
+  function->put_XHigh(10);
+  function->put_YLow(-4);
+  function->put_YHigh(4);
+  function->put_Interval(20.0 / (kSamples - 1));
+  const auto draw = [&] { Check(chart->Draw(), "Draw"); };
+
+  std::vector<std::uint32_t> pixels(480 * 320);
+  const auto loop = [&] {
+    for (int i = 0; i < kSamples; ++i) {
+      const double x = -10 + i * (20.0 / (kSamples - 1)), y = std::sin(x) * x / 3;
+      const auto column = static_cast<long>((x + 10) / 20 * 479);
+      const auto row = static_cast<long>((4 - y) / 8 * 319);
+      if (row >= 0 && row < 320) pixels[static_cast<std::size_t>(row * 480 + column)] = 0xFF0000;
+      MSG message;
+      if (i % 100 == 0) PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+    }
+  };
+  const auto silent = Compare(draw, loop);
+  std::printf("  without a listener %.3f s, %.2f times a compiled loop that looks for messages\n",
+              silent.ours, silent.ours / silent.theirs);
+
+  DoNothing listener;
+  ComPtr<IConnectionPointContainer> container;
+  ComPtr<IConnectionPoint> point;
+  DWORD cookie = 0;
+  Check(chart.As(&container), "IConnectionPointContainer");
+  Check(container->FindConnectionPoint(DIID___Chart, &point), "FindConnectionPoint");
+  Check(point->Advise(&listener, &cookie), "Advise");
+  VARIANT coordinates[2]{};
+  coordinates[0].vt = coordinates[1].vt = VT_R8;
+  DISPPARAMS arguments{coordinates, nullptr, 2, 0};
+  IDispatch* volatile heard_by = &listener;
+  const auto heard = Compare(draw, [&] {
+    for (int i = 0; i < kSamples; ++i) {
+      heard_by->Invoke(2, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr,
+                       nullptr, nullptr);
+    }
+  });
+  std::printf("  with one %.3f s; what it adds is %.2f times as many bare Invokes\n", heard.ours,
+              (heard.ours - silent.ours) / heard.theirs);
+  point->Unadvise(cookie);
+  chart->Delete();
+  set->Delete();
+}
+
+}  // namespace
+
+int main() {
+  Check(OleInitialize(nullptr), "OleInitialize");
+  {
+    const auto zepkit = Create<_Global>(CLSID_Global);
+    MeasureLateCalls(zepkit.Get());
+    MeasureCharts(zepkit.Get());
+    MeasureNames(zepkit.Get());
+  }
+  OleUninitialize();
+}
