@@ -95,6 +95,21 @@ TEST_P(CounterTest, AHandlerMayAssignTheValueAgain) {
   EXPECT_EQ(counter_.Get(L"Value"), 5);
 }
 
+TEST_P(CounterTest, AHandlerThatCountsWithoutEndRunsOutOfStackSpace) {
+  int depth = 0;
+  client::Outcome innermost;
+  const auto sink = Sink::Connect(counter_.get(), DIID___Counter, [&](const Event&) {
+    ++depth;
+    const client::Outcome outcome = counter_.Call(L"Increment");
+    if (!outcome.ok()) innermost = outcome;
+    return S_OK;
+  });
+  EXPECT_OK(counter_.Call(L"Increment"));
+  EXPECT_ERROR(innermost, 28, L"Zepkit10.Counter", L"Out of stack space");
+  EXPECT_LT(50, depth);
+  EXPECT_EQ(counter_.Get(L"Value"), depth);
+}
+
 TEST_P(CounterTest, ValueIsStoredBeforeItsListenersHear) {
   std::vector<client::Outcome> heard;
   const auto sink = Sink::Connect(counter_.get(), DIID___Counter, [&](const Event&) {

@@ -195,6 +195,19 @@ TEST_P(ZepVariantEventTest, AHandlerMayCancelTheProtection) {
   EXPECT_EQ(5u, sink->events().size());
 }
 
+TEST_P(ZepVariantEventTest, AHandlerThatAsksAgainWithoutEndRunsOutOfStackSpace) {
+  client::Outcome innermost;
+  Listen(buffer_, [&](const Event& event) {
+    if (event.id != kBeforeROChange || !innermost.ok()) return S_OK;
+    const client::Outcome outcome = buffer_.Let(L"ReadOnly", {true});
+    if (!outcome.ok()) innermost = outcome;
+    return S_OK;
+  });
+  EXPECT_OK(buffer_.Let(L"ReadOnly", {true}));
+  EXPECT_BUFFER_RUNTIME_ERROR(innermost, 28, L"Out of stack space");
+  EXPECT_EQ(buffer_.Get(L"ReadOnly"), true);
+}
+
 RUN_IN_BOTH_BINDINGS(ZepVariantEventTest);
 
 }  // namespace

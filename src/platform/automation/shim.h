@@ -6,6 +6,7 @@
 #include "platform/automation/binder.h"
 #include "platform/automation/object_core.h"
 #include "platform/automation/translate.h"
+#include "platform/stack_space.h"
 
 namespace zepkit10 {
 
@@ -76,12 +77,14 @@ class Shim : public Interface_ {
 
   struct Guard {
     explicit Guard(Object& object) : keeper(object) {}
+    void Check() const { RequireStackSpace(); }
 
     const Keeper keeper;
     const DefaultFloatEnvironment environment;
   };
   struct NoGuard {
     explicit NoGuard(Object&) {}
+    void Check() const {}
   };
   template <class Returned>
   struct GuardFor {
@@ -94,8 +97,9 @@ class Shim : public Interface_ {
 
   template <class Returned, class Body>
   HRESULT Run(Body&& body) noexcept {
-    [[maybe_unused]] const typename GuardFor<Returned>::Type guard(object_);
+    const typename GuardFor<Returned>::Type guard(object_);
     try {
+      guard.Check();
       body(object_);
       return S_OK;
     } catch (...) {

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "frame/errors.h"
+
+namespace zepkit10 {
+
+/// What a call may need of the stack before it reaches client code, generously.
+inline constexpr std::size_t kStackReserve = 64 * 1024;
+
+/// The lowest address of the calling thread's stack, from the thread's environment block: the
+/// function that tells it came with a later Windows.
+inline std::uintptr_t StackBottom() {
+#ifdef _WIN64
+  return __readgsqword(0x1478);
+#else
+  return __readfsdword(0xE0C);
+#endif
+}
+
+/// Raises error 28 where the stack is nearly used up, as by a handler that calls again, without
+/// end, what it handles.
+inline void RequireStackSpace() {
+  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+  if (here - StackBottom() < kStackReserve) {
+    RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace);
+  }
+}
+
+}  // namespace zepkit10
