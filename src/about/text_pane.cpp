@@ -25,6 +25,11 @@ bool TextPane::ScrollTo(std::int64_t position) {
   return true;
 }
 
+void TextPane::ScrollLike(const TextPane& other) {
+  if (other.content_height_ == 0) return;
+  ScrollTo(std::int64_t{other.position_} * content_height_ / other.content_height_);
+}
+
 std::int64_t TextPane::HeadingHeight() const {
   return static_cast<std::int64_t>(heading_.rows) * heading_.row_height;
 }

@@ -27,6 +27,8 @@ class TextPane {
   int MaxPosition() const;
   /// Moves to the nearest position there is. False if that changes nothing.
   bool ScrollTo(std::int64_t position);
+  /// Moves to where another pane is whose content is the same at another height.
+  void ScrollLike(const TextPane& other);
 
   /// The first row that reaches below a height of the content, or the count of all rows.
   std::size_t RowAt(int height) const;

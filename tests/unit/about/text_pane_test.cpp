@@ -72,5 +72,29 @@ TEST(TextPaneTest, MoreThanAScrollBarTakes) {
   EXPECT_EQ(20 * std::int64_t{1'000'000'000}, pane.TopOf(1'000'000'000));
 }
 
+TEST(TextPaneTest, ScrollsLikeAPaneOfTheSameContent) {
+  TextPane before({0, 1}, {10, 10}, 0), after({0, 1}, {10, 25}, 0);
+  before.SetPageHeight(30);
+  after.SetPageHeight(60);
+  for (const auto& [position, like] : {std::pair(40, 100), {0, 0}, {41, 102}, {70, 175}}) {
+    before.ScrollTo(position);
+    after.ScrollLike(before);
+    EXPECT_EQ(like, after.Position());
+  }
+  after.ScrollLike(TextPane());
+  EXPECT_EQ(175, after.Position());
+  after.SetPageHeight(250);
+  after.ScrollLike(before);
+  EXPECT_EQ(0, after.Position());
+}
+
+TEST(TextPaneTest, ScrollsLikeTheHighestPane) {
+  constexpr int kMax = std::numeric_limits<int>::max();
+  TextPane before({0, 1}, {1, kMax}, 0), after({0, 1}, {1, kMax}, 0);
+  before.ScrollTo(kMax);
+  after.ScrollLike(before);
+  EXPECT_EQ(kMax, after.Position());
+}
+
 }  // namespace
 }  // namespace zepkit10
