@@ -1,18 +1,15 @@
 #include "input/mouse_pointer_object.h"
 
-#include <string>
-
 #include "platform/automation/variant.h"
+#include "util/decimal_text.h"
 
 namespace zepkit10 {
 namespace {
 
 [[noreturn]] void RaiseApiError(DWORD error) {
-  std::u16string description = u"API-Error '";
-  for (const char digit : std::to_string(error)) description += static_cast<char16_t>(digit);
-  description += u"'";
+  // Clients know the system's errors as Longs.
   throw Failure{static_cast<std::int32_t>(ZepErrors::zepErrUnexpected), u"Zepkit10.MousePointer",
-                std::move(description)};
+                u"API-Error '" + DecimalText(static_cast<std::int32_t>(error)) + u"'"};
 }
 
 }  // namespace

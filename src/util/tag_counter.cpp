@@ -3,16 +3,9 @@
 #include <limits>
 
 #include "frame/errors.h"
+#include "util/decimal_text.h"
 
 namespace zepkit10 {
-namespace {
-
-std::u16string DecimalText(std::int64_t number) {
-  const std::string digits = std::to_string(number);
-  return {digits.begin(), digits.end()};
-}
-
-}  // namespace
 
 std::u16string TagCounter::Next() {
   std::int64_t tag = next_.load(std::memory_order_relaxed);

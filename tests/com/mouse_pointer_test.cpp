@@ -1,11 +1,8 @@
 // Positions of the mouse pointer, read, edited and written back.
 #include "com/both_roots.h"
 #include "com/foreign.h"
-#include "com/import_hook.h"
+#include "com/meddler.h"
 #include "com/value_array.h"
-
-DECLARE_IMPORT(GetCursorPos, 4);
-DECLARE_IMPORT(SetCursorPos, 8);
 
 namespace {
 
@@ -107,6 +104,15 @@ TEST_P(MousePointerTest, SetPosTakesTheStoredForWhatIsMissing) {
   ExpectPointerAt(40, 30);
 }
 
+TEST_P(MousePointerTest, WhatIsMissingMayComeByReference) {
+  const Object pointer = New();
+  Value missing = Value::Missing();
+  EXPECT_OK(pointer.Call(L"SetPos", {missing.Reference(), 13}));
+  ExpectPointerAt(40, 13);
+  EXPECT_OK(pointer.Call(L"SetPos", {14, missing.Reference()}));
+  ExpectPointerAt(14, 30);
+}
+
 TEST_P(MousePointerTest, SetPosLeavesTheStoredPosition) {
   const Object pointer = New();
   EXPECT_OK(pointer.Let(L"PosX", {5}));
@@ -160,82 +166,50 @@ TEST_P(MousePointerTest, SetPosRefusesWhatIsNoNumber) {
   }
 }
 
-bool system_accepts = true;
-DWORD system_error = 0;
-std::vector<std::pair<int, int>> moves;
-BOOL WINAPI TellPosition(POINT* position) {
-  *position = {77, 88};  // also where it fails
-  SetLastError(system_error);
-  return system_accepts;
-}
-BOOL WINAPI KeepMove(int x, int y) { return moves.push_back({x, y}), system_accepts; }
-
-class MousePointerSystemTest : public BothRoots {
- protected:
-  void SetUp() override {
-    if (!component::IsLinked()) GTEST_SKIP() << "only the linked component's calls are replaced";
-  }
-  ~MousePointerSystemTest() override {
-    system_accepts = true;
-    system_error = 0;
-    moves.clear();
-  }
-
-  Object New() const { return root_.GetObject(L"ZepMousePointer"); }
-
- private:
-  const ImportHook<&__imp_GetCursorPos> get_{TellPosition};
-  const ImportHook<&__imp_SetCursorPos> set_{KeepMove};
-};
-
-TEST_P(MousePointerSystemTest, GetPosTellsTheSystemsError) {
-  const Object pointer = New();
-  ExpectHolds(pointer, 77, 88, false);
-  EXPECT_OK(pointer.Let(L"PosX", {5}));
-  system_accepts = false;
-  for (const DWORD error : {5u, 1459u, 0u, 2147483647u}) {
-    system_error = error;
-    EXPECT_ERROR(pointer.Call(L"GetPos"), zepErrUnexpected, L"Zepkit10.MousePointer",
-                 L"API-Error '" + std::to_wstring(error) + L"'");
-    ExpectHolds(pointer, 5, 88, true);
+TEST_P(MousePointerTest, SetPosRefusesReferencesToNothing) {
+  Microsoft::WRL::ComPtr<_MousePointer> pointer;
+  ASSERT_EQ(S_OK, New().get()->QueryInterface(IID_PPV_ARGS(&pointer)));
+  VARIANT loop, nowhere, no_number;
+  loop.vt = nowhere.vt = VT_BYREF | VT_VARIANT;
+  loop.pvarVal = &loop;
+  nowhere.pvarVal = nullptr;
+  no_number.vt = VT_BYREF | VT_I4;
+  no_number.plVal = nullptr;
+  for (const VARIANT& value : {loop, nowhere, no_number}) {
+    EXPECT_EQ(zepErrBadParam, pointer->SetPos(value, Value(9).raw()));
+    EXPECT_EQ(zepErrBadParam, pointer->SetPos(Value(9).raw(), value));
+    ExpectPointerAt(40, 30);
   }
 }
 
-TEST_P(MousePointerSystemTest, NoObjectStartsWithoutAPosition) {
-  system_accepts = false;
-  system_error = 5;
-  EXPECT_ERROR(root_.Get(L"ZepMousePointer"), zepErrUnexpected, L"Zepkit10.MousePointer",
-               L"API-Error '5'");
-  void* created = &created;
-  EXPECT_EQ(static_cast<HRESULT>(zepErrUnexpected),
-            component::CreateInstance(CLSID_MousePointer, IID_IDispatch, &created));
-  EXPECT_EQ(nullptr, created);
+TEST_P(MousePointerTest, AnObjectMayEditThePositionMeanwhile) {
+  const Object pointer = New();
+  Meddler meddler([&] {
+    EXPECT_OK(pointer.Let(L"PosX", {5}));
+    EXPECT_OK(pointer.Let(L"PosY", {6}));
+  });
+  EXPECT_OK(pointer.Call(L"SetPos", {Value(&meddler)}));
+  ExpectPointerAt(7, 6);
+  ExpectHolds(pointer, 5, 6, false);
 }
 
-TEST_P(MousePointerSystemTest, ARefusedMoveIsNotReported) {
+TEST_P(MousePointerTest, AnObjectMayMoveThePointerMeanwhile) {
   const Object pointer = New();
-  EXPECT_OK(pointer.Let(L"PosX", {5}));
-  system_accepts = false;
-  EXPECT_OK(pointer.Call(L"SetPos"));
-  ExpectHolds(pointer, 5, 88, false);
-  EXPECT_EQ((std::vector{std::pair(5, 88)}), moves);
+  Meddler meddler([&] { EXPECT_OK(pointer.Call(L"SetPos", {1, 2})); });
+  EXPECT_OK(pointer.Call(L"SetPos", {Value::Missing(), Value(&meddler)}));
+  ExpectPointerAt(40, 7);
+  ExpectHolds(pointer, 40, 30, false);
 }
 
-TEST_P(MousePointerSystemTest, AnyPositionIsPassedOn) {
-  const Object pointer = New();
-  EXPECT_OK(pointer.Call(L"SetPos", {INT_MIN, INT_MAX}));
-  EXPECT_OK(pointer.Call(L"SetPos", {true, -2.0}));
-  EXPECT_EQ((std::vector{std::pair(INT_MIN, INT_MAX), std::pair(-1, -2)}), moves);
-}
-
-TEST_P(MousePointerSystemTest, NothingMovesUnlessBothConvert) {
-  const Object pointer = New();
-  EXPECT_ZEP_ERROR(pointer.Call(L"SetPos", {1, L"x"}), zepErrBadParam, L"MousePointer");
-  EXPECT_ZEP_ERROR(pointer.Call(L"SetPos", {L"x", 1}), zepErrBadParam, L"MousePointer");
-  EXPECT_TRUE(moves.empty());
+TEST_P(MousePointerTest, AnObjectMayDropThePointerMeanwhile) {
+  Microsoft::WRL::ComPtr<_MousePointer> pointer;
+  ASSERT_EQ(S_OK, New().get()->QueryInterface(IID_PPV_ARGS(&pointer)));
+  EXPECT_EQ(S_OK, pointer->put_PosX(5));
+  Meddler meddler([&] { pointer.Reset(); });
+  EXPECT_EQ(S_OK, pointer->SetPos(Value::Missing().raw(), Value(&meddler).raw()));
+  ExpectPointerAt(5, 7);
 }
 
 RUN_WITH_BOTH_ROOTS(MousePointerTest);
-RUN_WITH_BOTH_ROOTS(MousePointerSystemTest);
 
 }  // namespace
