@@ -4,6 +4,7 @@
 
 #include "frame/errors.h"
 #include "platform/automation/translate.h"
+#include "platform/last_error.h"
 #include "platform/own_icon.h"
 
 namespace zepkit10 {
@@ -27,11 +28,10 @@ ComPtr<IPictureDisp> MakeIconPicture() {
   PICTDESC description{};
   description.cbSizeofstruct = sizeof description;
   description.picType = PICTYPE_ICON;
-  description.icon.hicon = LoadOwnIcon(GetSystemMetrics(SM_CXICON));
-  if (!description.icon.hicon) {
-    const DWORD error = GetLastError();
-    RaiseRefusal(error ? HRESULT_FROM_WIN32(error) : E_OUTOFMEMORY);
-  }
+  const int width = GetSystemMetrics(SM_CXICON);
+  SetLastError(0);
+  description.icon.hicon = LoadOwnIcon(width);
+  if (!description.icon.hicon) RaiseLastError();
   ComPtr<IPictureDisp> picture;
   const HRESULT made = OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE,
                                                 reinterpret_cast<void**>(picture.GetAddressOf()));

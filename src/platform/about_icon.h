@@ -8,7 +8,8 @@
 
 namespace zepkit10 {
 
-/// A picture of the library's icon, as large as the system's large icons.
+/// A picture of the library's icon, as large as the system's large icons. Error 7 or 361 where the
+/// system refuses it.
 Microsoft::WRL::ComPtr<IPictureDisp> MakeIconPicture();
 
 /// The picture of an about window: a client's, or the library's icon.

@@ -8,6 +8,15 @@
 namespace zepkit10 {
 namespace {
 
+constexpr std::size_t kMaxSpoken = 0x10000;
+
+/// The beginning of a text, which breaks no pair of units.
+std::u16string CutTo(std::size_t length, std::u16string text) {
+  text.resize(length);
+  if (text.back() == u'\r' || (text.back() & 0xFC00) == 0xD800) text.pop_back();
+  return text;
+}
+
 /// Selects a font for as long as this lives.
 class FontUse {
  public:
@@ -73,14 +82,15 @@ std::u16string AboutText::Spoken() const {
        heading_.empty() || !has_lines_ ? heading_ + lines_ : heading_ + u'\n' + lines_) {
     if (unit == u'\n') text += u'\r';
     text += unit;
+    if (text.size() > kMaxSpoken) return CutTo(kMaxSpoken, std::move(text));
   }
   return text;
 }
 
 void AboutText::Wrap(HDC context, int dpi, int max_width) {
   const LOGFONTW font = MessageFont(dpi);
-  font_ = zepkit10::Font(font);
-  heading_font_ = zepkit10::Font(HeadingFont(font));
+  font_ = Font(font);
+  heading_font_ = Font(HeadingFont(font));
   row_height_ = RowHeightOf(context, font_.get());
   // Slanted letters, and not every system paints a text as narrow as it measures it.
   const int slack = row_height_ / 2;
@@ -106,6 +116,7 @@ void AboutText::Draw(HDC context, Extent size) const {
             {0, static_cast<int>(pane_.TopOf(row) - pane_.Position()), size.width, bottom});
     top = bottom;
   }
+  if (top >= size.height) return;
   const RECT rest{0, top, size.width, size.height};
   FillRect(context, &rest, GetSysColorBrush(COLOR_WINDOW));
 }

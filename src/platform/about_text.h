@@ -4,6 +4,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "about/about_layout.h"
 #include "about/text_pane.h"
@@ -40,13 +41,13 @@ class AboutText {
   /// An empty heading takes no room, and neither do lines that are missing: null.
   AboutText(std::u16string_view heading, const std::u16string* lines);
 
-  /// The whole text, for whoever cannot see.
+  /// The text for whoever cannot see it; of a very long one, the first 64 Ki units.
   std::u16string Spoken() const;
 
   /// Breaks it into rows of the fonts for a screen.
   void Wrap(HDC context, int dpi, int max_width);
 
-  HFONT Font() const { return font_.get(); }
+  HFONT LineFont() const { return font_.get(); }
   Extent Size() const { return {width_, pane_.ContentHeight()}; }
   int RowHeight() const { return row_height_; }
   TextPane& Pane() { return pane_; }
@@ -60,8 +61,8 @@ class AboutText {
   std::u16string heading_;
   std::u16string lines_;
   bool has_lines_;
-  zepkit10::Font heading_font_;
-  zepkit10::Font font_;
+  Font heading_font_;
+  Font font_;
   WrappedText heading_rows_;
   WrappedText line_rows_;
   int width_ = 0;

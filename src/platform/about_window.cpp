@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
-#include "frame/errors.h"
-#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
 #include "platform/automation/string.h"
 #include "platform/dpi.h"
+#include "platform/last_error.h"
+#include "platform/resource_ids.h"
 #include "platform/visual_style.h"
 
 namespace zepkit10 {
@@ -17,24 +17,11 @@ constexpr UINT kTimerInterval = 30;  // ms
 constexpr int kStep = 1;             // for 96 dots per inch
 constexpr int kScreenMargin = 12;    // for 96 dots per inch
 
-[[noreturn]] void RaiseSystemError(DWORD error) {
-  switch (error) {
-    case ERROR_NOT_ENOUGH_MEMORY:
-    case ERROR_OUTOFMEMORY:
-    case ERROR_NO_SYSTEM_RESOURCES:
-    case ERROR_COMMITMENT_LIMIT:
-    case ERROR_NO_MORE_USER_HANDLES:
-      RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfMemory);
-    default:  // 0 too: a system without a display gives no reason
-      RaiseRuntimeError(ZepVbErrors298To746::zepVbErrCantLoadNorUnloadObject);
-  }
-}
-
 /// A drawing context of a window, for measuring.
 class WindowContext {
  public:
   explicit WindowContext(HWND window) : window_(window), handle_(GetDC(window)) {
-    if (!handle_) RaiseSystemError(GetLastError());
+    if (!handle_) RaiseLastError();
   }
   ~WindowContext() { ReleaseDC(window_, handle_); }
   WindowContext(const WindowContext&) = delete;
@@ -68,31 +55,14 @@ void MoveControl(HWND control, const Box& to) {
 }  // namespace
 
 AboutWindow::AboutWindow(const AboutContent& content)
-    : icon_(content.icon.Get()),
-      text_(content.first_line, content.lines ? &*content.lines : nullptr) {
-  const PerMonitorDpi per_monitor;
-  const VisualStyle style;
-  SetLastError(0);
-  if (!CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ZEPKIT10_ABOUT), GetActiveWindow(),
-                          Receive, reinterpret_cast<LPARAM>(this))) {
-    RaiseSystemError(GetLastError());
-  }
-  SetWindowTextW(window_, WideText(ShownTitle(content.caption)));
-  SetDlgItemTextW(window_, ZEPKIT10_ABOUT_TEXT, WideText(text_.Spoken()));
-  moving_text_ = Control(ZEPKIT10_ABOUT_MOVING_TEXT);
-  SetParent(moving_text_, Control(ZEPKIT10_ABOUT_FRAME));
-}
+    : caption_(ShownTitle(content.caption)),
+      icon_(content.icon.Get()),
+      text_(content.first_line, content.lines ? &*content.lines : nullptr) {}
 
 AboutWindow::~AboutWindow() { Close(); }
 
 void AboutWindow::Run() {
-  {
-    const PerMonitorDpi per_monitor;
-    Centre();
-    modality_.emplace(window_);
-    // ShowWindow would follow a program that was started hidden.
-    SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
-  }
+  Open();
   while (window_) {
     MSG message;
     if (!GetMessageW(&message, nullptr, 0, 0)) {
@@ -105,6 +75,39 @@ void AboutWindow::Run() {
     DispatchMessageW(&message);
   }
   if (failure_) std::rethrow_exception(failure_);
+}
+
+void AboutWindow::Open() {
+  const PerMonitorDpi per_monitor;
+  Create();
+  const RECT around = EnterScreen();
+  if (!window_) return;
+  Arrange(DpiOf(window_));
+  Centre(around);
+  if (window_) Show();
+}
+
+void AboutWindow::Create() {
+  const VisualStyle style;
+  const std::u16string spoken = text_.Spoken();
+  SetLastError(0);
+  if (!CreateDialogParamW(ThisModule(), MAKEINTRESOURCEW(ZEPKIT10_ABOUT), GetActiveWindow(),
+                          Receive, reinterpret_cast<LPARAM>(this))) {
+    RaiseLastError();
+  }
+  moving_text_ = Control(ZEPKIT10_ABOUT_MOVING_TEXT);
+  if (!SetParent(moving_text_, Control(ZEPKIT10_ABOUT_FRAME)) ||
+      !SetWindowTextW(window_, WideText(caption_)) ||
+      !SetDlgItemTextW(window_, ZEPKIT10_ABOUT_TEXT, WideText(spoken))) {
+    RaiseLastError();
+  }
+}
+
+void AboutWindow::Show() {
+  if (!SetTimer(window_, kTimer, kTimerInterval, nullptr)) RaiseLastError();
+  modality_.emplace();
+  // ShowWindow would follow a program that was started hidden.
+  SetWindowPos(window_, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_SHOWWINDOW);
 }
 
 INT_PTR CALLBACK AboutWindow::Receive(HWND window, UINT message, WPARAM wide, LPARAM parameter) {
@@ -190,15 +193,17 @@ void AboutWindow::Arrange(int dpi) {
   sizes.screen = {static_cast<int>(work.right - work.left - frame.cx) - margin,
                   static_cast<int>(work.bottom - work.top - frame.cy) - margin};
   const WindowContext context(window_);
+  const TextPane before = text_.Pane();
   text_.Wrap(context.get(), dpi,
              MaxTextWidth(dpi, sizes.icon.width, sizes.scroll_bar_width, sizes.screen.width));
   sizes.text = text_.Size();
-  sizes.button_text = MeasureText(context.get(), text_.Font(), TextOfWindow(Control(IDOK)));
-  sizes.moving_text = MeasureText(context.get(), text_.Font(), TextOfWindow(moving_text_));
+  sizes.button_text = MeasureText(context.get(), text_.LineFont(), TextOfWindow(Control(IDOK)));
+  sizes.moving_text = MeasureText(context.get(), text_.LineFont(), TextOfWindow(moving_text_));
   dpi_ = dpi;
   layout_ = LayOut(sizes);
   ticker_ = Ticker(layout_.frame.width, sizes.moving_text.width);
   text_.Pane().SetPageHeight(layout_.text.height);
+  text_.Pane().ScrollLike(before);
   Place(layout_);
   MoveControl(moving_text_, {0, 0, sizes.moving_text.width, sizes.moving_text.height});
 }
@@ -208,7 +213,7 @@ void AboutWindow::Place(const AboutLayout& layout) {
   MoveControl(Control(ZEPKIT10_ABOUT_TEXT), layout.text);
   MoveControl(Control(ZEPKIT10_ABOUT_FRAME), layout.frame);
   MoveControl(Control(IDOK), layout.button);
-  const auto font = reinterpret_cast<WPARAM>(text_.Font());
+  const auto font = reinterpret_cast<WPARAM>(text_.LineFont());
   SendMessageW(Control(IDOK), WM_SETFONT, font, TRUE);
   SendMessageW(moving_text_, WM_SETFONT, font, TRUE);
   MoveControl(Control(ZEPKIT10_ABOUT_SCROLL_BAR), layout.scroll_bar);
@@ -216,15 +221,17 @@ void AboutWindow::Place(const AboutLayout& layout) {
   scroller_.Attach(Control(ZEPKIT10_ABOUT_SCROLL_BAR), text_.Pane(), text_.RowHeight());
 }
 
-void AboutWindow::Centre() {
-  // On its owner's screen first: that tells the dots per inch.
+RECT AboutWindow::EnterScreen() {
   HWND owner = GetWindow(window_, GW_OWNER);
   RECT around;
   const bool beside = owner && IsWindowVisible(owner) && !IsIconic(owner);
   if (!beside || !GetWindowRect(owner, &around)) around = WorkAreaAt(owner ? owner : window_);
   SetWindowPos(window_, nullptr, around.left, around.top, 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-  Arrange(DpiOf(window_));
+  return around;
+}
+
+void AboutWindow::Centre(const RECT& around) {
   const SIZE size = WindowSize(window_, {layout_.client.width, layout_.client.height}, dpi_);
   const RECT work = WorkAreaAt(window_);
   const auto middle = [](LONG low, LONG high, LONG length, LONG lowest, LONG highest) {
@@ -233,7 +240,6 @@ void AboutWindow::Centre() {
   SetWindowPos(window_, nullptr, middle(around.left, around.right, size.cx, work.left, work.right),
                middle(around.top, around.bottom, size.cy, work.top, work.bottom), size.cx, size.cy,
                SWP_NOZORDER | SWP_NOACTIVATE);
-  if (!SetTimer(window_, kTimer, kTimerInterval, nullptr)) RaiseSystemError(GetLastError());
 }
 
 void AboutWindow::OnDpiChanged(int dpi, const RECT& proposed) {

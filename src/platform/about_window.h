@@ -19,8 +19,8 @@ namespace zepkit10 {
 struct AboutContent {
   std::u16string caption;
   std::u16string first_line;
-  std::optional<std::u16string> lines;        // line feeds between them
   Microsoft::WRL::ComPtr<IPictureDisp> icon;  // see AboutIcon
+  std::optional<std::u16string> lines;        // line feeds between them
 };
 
 /// An about window, modal to the thread. What the system refuses is raised as error 7 or 361.
@@ -39,12 +39,17 @@ class AboutWindow {
   static INT_PTR CALLBACK Receive(HWND window, UINT message, WPARAM wide, LPARAM parameter);
   INT_PTR Handle(UINT message, WPARAM wide, LPARAM parameter);
 
+  /// Makes the window, sized and in its place, and shows it unless that closed it.
+  void Open();
+  void Create();
+  /// Goes to the screen of its owner, which tells the dots per inch. The place to be centred in.
+  RECT EnterScreen();
+  void Centre(const RECT& around);
+  void Show();
   HWND Control(int id) const { return GetDlgItem(window_, id); }
   /// Lays everything out for dots per inch.
   void Arrange(int dpi);
   void Place(const AboutLayout& layout);
-  /// Puts the window into the middle of its owner, or of the screen.
-  void Centre();
   void Close() noexcept;
   void OnDestroy() noexcept;
   void OnDpiChanged(int dpi, const RECT& proposed);
@@ -56,6 +61,7 @@ class AboutWindow {
   bool ScrollByKey(const MSG& message);
   void RepaintIf(bool scrolled) const;
 
+  const std::u16string caption_;
   HWND window_ = nullptr;
   HWND moving_text_ = nullptr;
   AboutIcon icon_;

@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "about/image_reduction.h"
-#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
+#include "platform/resource_ids.h"
 
 namespace zepkit10 {
 namespace {
@@ -29,13 +29,12 @@ BITMAPINFO FormatOf(int width) {
 
 /// The icon in its largest width; without pixels where the system refuses them.
 SquareImage LargestImage() {
-  SquareImage image{kLargest, {}};
+  SquareImage image{kLargest, std::vector<std::uint32_t>(kLargest * kLargest)};
   const HICON icon = Load(kLargest);
   ICONINFO parts{};
   const bool known = icon && GetIconInfo(icon, &parts);
   if (icon) DestroyIcon(icon);
-  if (!known) return image;
-  image.pixels.resize(kLargest * kLargest);
+  if (!known) return {};
   BITMAPINFO format = FormatOf(kLargest);
   const HDC screen = GetDC(nullptr);
   const int rows =
@@ -61,6 +60,7 @@ std::vector<BYTE> MaskOf(const SquareImage& image) {
 }
 
 HICON MakeIcon(const SquareImage& image) {
+  const std::vector<BYTE> mask = MaskOf(image);
   const BITMAPINFO format = FormatOf(image.width);
   void* room = nullptr;
   ICONINFO parts{};
@@ -68,7 +68,7 @@ HICON MakeIcon(const SquareImage& image) {
   parts.hbmColor = CreateDIBSection(nullptr, &format, DIB_RGB_COLORS, &room, nullptr, 0);
   if (!parts.hbmColor) return nullptr;
   CopyMemory(room, image.pixels.data(), image.pixels.size() * sizeof image.pixels[0]);
-  parts.hbmMask = CreateBitmap(image.width, image.width, 1, 1, MaskOf(image).data());
+  parts.hbmMask = CreateBitmap(image.width, image.width, 1, 1, mask.data());
   const HICON icon = parts.hbmMask ? CreateIconIndirect(&parts) : nullptr;
   if (parts.hbmMask) DeleteObject(parts.hbmMask);
   DeleteObject(parts.hbmColor);

@@ -17,9 +17,8 @@ BOOL CALLBACK Collect(HWND window, LPARAM found) noexcept {
 
 }  // namespace
 
-ThreadModality::ThreadModality(HWND except) {
+ThreadModality::ThreadModality() {
   EnumThreadWindows(GetCurrentThreadId(), Collect, reinterpret_cast<LPARAM>(&disabled_));
-  std::erase(disabled_, except);
   for (HWND window : disabled_) EnableWindow(window, FALSE);
 }
 

@@ -6,15 +6,15 @@
 
 namespace zepkit10 {
 
-/// Keeps the user away from all visible windows of the thread but one.
+/// Keeps the user away from all visible windows of the thread that show now.
 class ThreadModality {
  public:
-  explicit ThreadModality(HWND except);
+  ThreadModality();
   ~ThreadModality() { End(); }
   ThreadModality(const ThreadModality&) = delete;
   ThreadModality& operator=(const ThreadModality&) = delete;
 
-  /// Lets the user at them again. Before the window that was left out goes, so that the system can
+  /// Lets the user at them again. Before the window that they wait for goes, so that the system can
   /// activate one of them.
   void End() noexcept;
 

@@ -1,31 +1,15 @@
 // What an about window shows, and how it is closed.
-#include "com/about_user.h"
-#include "com/both_roots.h"
+#include "com/about_fixture.h"
+#include "com/foreign.h"
 #include "com/text_array.h"
 #include "com/value_array.h"
-#include "platform/resource_ids.h"
 
 namespace {
 
 using client::Value;
 using namespace std::string_literals;
 
-class AboutBoxTest : public BothRoots {
- protected:
-  /// Shows a window and closes it after its texts have been read.
-  std::wstring TextsShown(client::Object::Arguments arguments) {
-    std::wstring text;
-    user_
-        .Do([&](HWND window) {
-          text = AboutUser::TextOf(AboutUser::Control(window, ZEPKIT10_ABOUT_TEXT));
-        })
-        .Press(IDOK);
-    EXPECT_OK(root_.Call(L"ShowAbout", arguments));
-    return text;
-  }
-
-  AboutUser user_;
-};
+class AboutBoxTest : public AboutFixture {};
 RUN_WITH_BOTH_ROOTS(AboutBoxTest);
 
 TEST_P(AboutBoxTest, ShowsCaptionFirstLineAndLines) {
@@ -133,6 +117,71 @@ TEST_P(AboutBoxTest, AHundredThousandLinesScroll) {
       })
       .Press(IDOK);
   EXPECT_OK(root_.Call(L"ShowAbout", {L"", Value::Nothing(), L"First", lines}));
+}
+
+TEST_P(AboutBoxTest, TextsThatAreNullAreEmpty) {
+  std::wstring text = L"?";
+  SAFEARRAY* lines = nullptr;
+  user_.Do([](HWND window) { EXPECT_EQ(L"", AboutUser::TextOf(window)); });
+  ReadInto(&text);
+  EXPECT_EQ(S_OK, ShowDirectly(nullptr, nullptr, nullptr, &lines));
+  EXPECT_EQ(L"", text);
+}
+
+TEST_P(AboutBoxTest, ANullPointerForTheLinesIsRefused) {
+  BSTR text = SysAllocString(L"Text");
+  EXPECT_EQ(E_POINTER, ShowDirectly(text, nullptr, text, nullptr));
+  SysFreeString(text);
+}
+
+TEST_P(AboutBoxTest, ArgumentsComeByReferenceToo) {
+  Value caption = L"Caption", first = L"First", line = L"a";
+  Value icon = root_.CallObject(L"LoadZepIcon", {0});
+  user_.Do([](HWND window) {
+    EXPECT_EQ(L"Caption", AboutUser::TextOf(window));
+    EXPECT_EQ(32, AboutUser::SizeOf(AboutUser::Control(window, ZEPKIT10_ABOUT_ICON)).cx);
+  });
+  EXPECT_EQ(L"First\r\na", TextsShown({caption.Reference(), icon.Reference(), first.Reference(),
+                                       line.Reference()}));
+  VARIANT object;
+  object.vt = VT_BYREF | VT_DISPATCH;
+  object.ppdispVal = &icon.raw().pdispVal;
+  user_.Do([](HWND window) {
+    EXPECT_EQ(32, AboutUser::SizeOf(AboutUser::Control(window, ZEPKIT10_ABOUT_ICON)).cx);
+  });
+  EXPECT_EQ(L"First\r\na", TextsShown({L"", Value(object), L"First", L"a"}));
+}
+
+TEST_P(AboutBoxTest, LinesStandInOrderFromAnyLowerBound) {
+  for (const LONG lower_bound : std::initializer_list<LONG>{3, -1, LONG_MIN, LONG_MAX - 3}) {
+    Value lines =
+        value_array::Variants(lower_bound, {L"a", text_array::Make(7, {L"b", L"c"}), L"d"});
+    std::wstring text;
+    ReadInto(&text);
+    BSTR first = SysAllocString(L"First");
+    EXPECT_EQ(S_OK, ShowDirectly(nullptr, nullptr, first, &lines.raw().parray));
+    EXPECT_EQ(L"First\r\na\r\nb\r\nc\r\nd", text) << lower_bound;
+    SysFreeString(first);
+  }
+}
+
+TEST_P(AboutBoxTest, AmpersandsAreShown) {
+  user_.Do([](HWND window) { EXPECT_EQ(L"&About && more", AboutUser::TextOf(window)); });
+  EXPECT_EQ(L"&First\r\na & b\r\n&&",
+            TextsShown({L"&About && more", Value::Nothing(), L"&First", L"a & b", L"&&"}));
+}
+
+TEST_P(AboutBoxTest, HugeTextsAreShown) {
+  const std::wstring huge(5'000'000, L'x');
+  user_.Do([&](HWND window) { EXPECT_EQ(huge, AboutUser::TextOf(window)); });
+  EXPECT_EQ(huge.substr(0, 0x10000), TextsShown({huge, Value::Nothing(), huge, L"a"}));
+}
+
+TEST_P(AboutBoxTest, WhatIsReadToUsersIsCutBetweenCharacters) {
+  const std::wstring start(0xFFFF, L'x');
+  EXPECT_EQ(start, TextsShown({L"", Value::Nothing(), start + L"\xD83D\xDE00", L"a"}));
+  EXPECT_EQ(start, TextsShown({L"", Value::Nothing(), start, L"a"}));
+  EXPECT_EQ(start + L"y", TextsShown({L"", Value::Nothing(), start + L"y", L"a"}));
 }
 
 }  // namespace

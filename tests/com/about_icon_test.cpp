@@ -1,72 +1,22 @@
-// The library's icon as a picture, and pictures in about windows.
+// The library's icon as a picture, and as a resource.
 #include <olectl.h>
 
-#include "com/about_user.h"
 #include "com/both_roots.h"
-#include "platform/resource_ids.h"
-#include "platform/picture.h"
+#include "com/canvas.h"
+#include "com/gdi_objects.h"
+#include "com/import_hook.h"
+#include "com/library_icon.h"
+
+DECLARE_IMPORT(DestroyIcon, 4);
+DECLARE_IMPORT(GetSystemMetrics, 4);
+DECLARE_IMPORT(LoadImageW, 24);
+DECLARE_IMPORT(OleCreatePictureIndirect, 16);
 
 namespace {
 
-using client::Value;
 using Microsoft::WRL::ComPtr;
 
-/// A client's object that is said to be a picture, and is what a test makes of it.
-class Pretender final : public IPictureDisp {
- public:
-  explicit Pretender(HRESULT refusal) : refusal_(refusal) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-    *result = nullptr;
-    if (iid == IID_IPicture) return refusal_;
-    if (iid != IID_IUnknown && iid != IID_IDispatch) return E_NOINTERFACE;
-    *result = static_cast<IDispatch*>(this);  // IPictureDisp is no interface of its own
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references_; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
-  }
-
-  ULONG references() const { return references_; }
-
- private:
-  const HRESULT refusal_;
-  ULONG references_ = 1;
-};
-
-ComPtr<IPictureDisp> EmptyPicture() {
-  PICTDESC description{};
-  description.cbSizeofstruct = sizeof description;
-  description.picType = PICTYPE_NONE;
-  ComPtr<IPictureDisp> picture;
-  EXPECT_EQ(S_OK, OleCreatePictureIndirect(&description, IID_IPictureDisp, TRUE,
-                                           reinterpret_cast<void**>(picture.GetAddressOf())));
-  return picture;
-}
-
-class AboutIconTest : public BothRoots {
- protected:
-  /// The size of the picture in a window that shows this one.
-  SIZE Shown(const Value& icon) {
-    SIZE size{};
-    AboutUser user;
-    user.Do([&](HWND window) {
-          size = AboutUser::SizeOf(AboutUser::Control(window, ZEPKIT10_ABOUT_ICON));
-        })
-        .Press(IDOK);
-    EXPECT_OK(root_.Call(L"ShowAbout", {L"", icon, L"First", L"a"}));
-    return size;
-  }
-};
+using AboutIconTest = BothRoots;
 RUN_WITH_BOTH_ROOTS(AboutIconTest);
 
 TEST_P(AboutIconTest, IsAPictureOfTypeIcon) {
@@ -103,71 +53,147 @@ TEST_P(AboutIconTest, OtherNumbersAreRefused) {
   }
 }
 
-TEST_P(AboutIconTest, NothingShowsTheLibrarysIcon) { EXPECT_EQ(48, Shown(Value::Nothing()).cx); }
-
-TEST_P(AboutIconTest, APictureWithoutImageShowsTheLibrarysIcon) {
-  EXPECT_EQ(48, Shown(EmptyPicture().Get()).cx);
+TEST_P(AboutIconTest, IconsAreDestroyedWithTheirPictures) {
+  root_.CallObject(L"LoadZepIcon", {0});
+  const int before = GdiObjects();
+  for (int i = 0; i < 10; ++i) EXPECT_TRUE(root_.CallObject(L"LoadZepIcon", {0}));
+  EXPECT_LT(GdiObjects(), before + 5);
 }
 
-TEST_P(AboutIconTest, PicturesKeepTheirSize) {
-  EXPECT_EQ(32, Shown(root_.CallObject(L"LoadZepIcon", {0})).cx);
+TEST_P(AboutIconTest, ShowsTheResource) {
+  ComPtr<IPicture> picture;
+  const client::Object icon = root_.CallObject(L"LoadZepIcon", {zepIcoZepkit});
+  ASSERT_TRUE(icon);
+  ASSERT_EQ(S_OK, icon.get()->QueryInterface(IID_PPV_ARGS(&picture)));
+  OLE_HANDLE handle = 0;
+  EXPECT_EQ(S_OK, picture->get_Handle(&handle));
+  const Canvas blank(32, 32), drawn(32, 32), expected(32, 32);
+  ASSERT_EQ(32, GetSystemMetrics(SM_CXICON));
+  EXPECT_TRUE(DrawIconEx(drawn.context(), 0, 0, reinterpret_cast<HICON>(LONG_PTR{handle}), 32, 32,
+                         0, nullptr, DI_NORMAL));
+  ComponentFile().DrawIcon(expected.context(), 32);
+  EXPECT_NE(blank.Pixels(), expected.Pixels());
+  EXPECT_EQ(expected.Pixels(), drawn.Pixels());
 }
 
-TEST_P(AboutIconTest, LargePicturesAreReduced) {
-  zepkit10::Surface surface;
-  const SIZE shown = Shown(zepkit10::MakePicture(surface).Get());
-  EXPECT_LE(shown.cx, 128);
-  EXPECT_LE(shown.cy, 128);
-  EXPECT_GT(shown.cx, 1);
-  EXPECT_GT(shown.cy, 1);
-}
-
-TEST_P(AboutIconTest, WhatIsNoPictureIsRefused) {
-  const auto show = [&](const Value& icon) {
-    return root_.Call(L"ShowAbout", {L"", icon, L"First", L"a"}).result;
-  };
-  EXPECT_EQ(DISP_E_TYPEMISMATCH, show(5));
-  // Early bound it is the platform that asks for the interface.
-  const bool late = root_.binding() == client::Binding::kDispatch;
-  EXPECT_EQ(late ? DISP_E_TYPEMISMATCH : E_NOINTERFACE, show(root_));
-}
-
-TEST_P(AboutIconTest, ErrorsOfPicturesPassOn) {
-  for (const auto& [refusal, number] :
-       {std::pair<HRESULT, long>{E_NOINTERFACE, 481}, {E_OUTOFMEMORY, 7}}) {
-    Pretender pretender(refusal);
-    const ULONG before = pretender.references();
-    // As by code that was compiled against the interface: it need not ask for IPictureDisp.
-    const auto show = [&] {
-      ComPtr<IDispatch> root;
-      root = root_.get();
-      SAFEARRAY* lines = nullptr;
-      ComPtr<_Global> global;
-      ComPtr<_Library> library;
-      BSTR text = SysAllocString(L"");
-      const HRESULT hr =
-          SUCCEEDED(root.As(&global))
-              ? global->ShowAbout(text, &pretender, text, &lines)
-              : (root.As(&library), library->ShowAbout(text, &pretender, text, &lines));
-      SysFreeString(text);
-      return hr;
-    };
-    EXPECT_EQ(static_cast<HRESULT>(0x800A0000L + number), show());
-    EXPECT_EQ(before, pretender.references());
-  }
-}
+/// What the resource compiler makes of an icon: the images, each with its size.
+#pragma pack(push, 1)
+struct IconDirectory {
+  WORD reserved, type, count;
+  struct Entry {
+    BYTE width, height, colours, reserved;  // 0 stands for 256 pixels
+    WORD planes, bits;
+    DWORD size;
+    WORD id;
+  } entries[1];
+};
+#pragma pack(pop)
 
 TEST(LibraryIconTest, HasAnImageForEverySize) {
-  for (const int size : {16, 32, 48, 256}) {
-    const auto module =
-        LoadLibraryExW(component::ComponentPath().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    ASSERT_NE(nullptr, module);
-    const auto icon = static_cast<HICON>(
-        LoadImageW(module, MAKEINTRESOURCEW(1), IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
-    EXPECT_NE(nullptr, icon) << size;
-    DestroyIcon(icon);
-    FreeLibrary(module);
+  const ComponentFile file;
+  HRSRC found = FindResourceW(file.get(), MAKEINTRESOURCEW(1), RT_GROUP_ICON);
+  ASSERT_NE(nullptr, found);
+  const auto& icon =
+      *static_cast<const IconDirectory*>(LockResource(LoadResource(file.get(), found)));
+  ASSERT_EQ(6u + 14u * icon.count, SizeofResource(file.get(), found));
+  std::vector<int> widths, heights;
+  for (int i = 0; i < icon.count; ++i) {
+    widths.push_back(icon.entries[i].width);
+    heights.push_back(icon.entries[i].height);
+    EXPECT_EQ(32, icon.entries[i].bits);
   }
+  EXPECT_EQ((std::vector{16, 32, 48, 0}), widths);
+  EXPECT_EQ(widths, heights);
+}
+
+TEST(LibraryIconTest, IsTheOnlyOne) {
+  static std::vector<LONG_PTR> names;
+  names.clear();
+  const auto add = [](HMODULE, const wchar_t*, wchar_t* name, LONG_PTR) -> BOOL {
+    names.push_back(reinterpret_cast<LONG_PTR>(name));
+    return TRUE;
+  };
+  EXPECT_TRUE(EnumResourceNamesW(ComponentFile().get(), RT_GROUP_ICON, add, 0));
+  EXPECT_EQ(std::vector<LONG_PTR>{1}, names);
+}
+
+DWORD reason = 0;
+HANDLE WINAPI RefuseImage(HINSTANCE, const wchar_t*, UINT, int, int, UINT) {
+  if (reason) SetLastError(reason);
+  return nullptr;
+}
+HRESULT refusal = S_OK;
+HRESULT WINAPI RefusePicture(PICTDESC*, const IID&, BOOL, void** result) {
+  *result = nullptr;
+  return refusal;
+}
+DWORD error_before = 0;
+int WINAPI LeaveAnError(int index) {
+  const int metric = ImportHook<&__imp_GetSystemMetrics>::kSystem(index);
+  SetLastError(error_before);
+  return metric;
+}
+std::vector<HICON> destroyed;
+BOOL WINAPI KeepDestroyed(HICON icon) {
+  destroyed.push_back(icon);
+  return ImportHook<&__imp_DestroyIcon>::kSystem(icon);
+}
+
+class AboutIconRefusalTest : public BothRoots {
+ protected:
+  void SetUp() override {
+    if (!component::IsLinked()) GTEST_SKIP() << "only what is linked can be hooked";
+    destroyed.clear();
+  }
+
+  client::Outcome Load() const { return root_.Call(L"LoadZepIcon", {0}); }
+
+  /// As code does that was compiled against the interface; the result is null.
+  HRESULT LoadDirectly() const {
+    auto* picture = reinterpret_cast<IPictureDisp*>(root_.get());
+    ComPtr<_Global> global;
+    ComPtr<_Library> library;
+    HRESULT loaded;
+    if (SUCCEEDED(root_.get()->QueryInterface(IID_PPV_ARGS(&global)))) {
+      loaded = global->LoadZepIcon(zepIcoZepkit, &picture);
+    } else {
+      EXPECT_EQ(S_OK, root_.get()->QueryInterface(IID_PPV_ARGS(&library)));
+      loaded = library->LoadZepIcon(zepIcoZepkit, &picture);
+    }
+    EXPECT_EQ(nullptr, picture);
+    return loaded;
+  }
+
+  const std::wstring source_ = std::wstring(L"Zepkit10.") + RootName();
+
+ private:
+  const ImportHook<&__imp_DestroyIcon> icons_{KeepDestroyed};
+};
+RUN_WITH_BOTH_ROOTS(AboutIconRefusalTest);
+
+TEST_P(AboutIconRefusalTest, OfTheImageIsAnError) {
+  const ImportHook<&__imp_LoadImageW> images(RefuseImage);
+  const ImportHook<&__imp_GetSystemMetrics> metrics(LeaveAnError);
+  reason = ERROR_NOT_ENOUGH_MEMORY;
+  EXPECT_ERROR(Load(), 7, source_, L"Out of memory");
+  reason = ERROR_RESOURCE_NAME_NOT_FOUND;
+  EXPECT_ERROR(Load(), 361, source_, L"Can't load or unload this object");
+  // What failed before is not taken for the reason.
+  error_before = ERROR_NOT_ENOUGH_MEMORY;
+  reason = 0;
+  EXPECT_ERROR(Load(), 361, source_, L"Can't load or unload this object");
+  EXPECT_EQ(static_cast<HRESULT>(0x800A0169), LoadDirectly());
+  EXPECT_TRUE(destroyed.empty());
+}
+
+TEST_P(AboutIconRefusalTest, OfThePictureIsAnErrorAndDestroysTheImage) {
+  const ImportHook<&__imp_OleCreatePictureIndirect> pictures(RefusePicture);
+  refusal = E_OUTOFMEMORY;
+  EXPECT_ERROR(Load(), 7, source_, L"Out of memory");
+  EXPECT_EQ(1u, destroyed.size());
+  refusal = CTL_E_INVALIDPICTURE;
+  EXPECT_EQ(CTL_E_INVALIDPICTURE, LoadDirectly());
+  EXPECT_EQ(2u, destroyed.size());
 }
 
 }  // namespace

@@ -3,32 +3,12 @@
 #include "com/client.h"
 #include "com/component.h"
 #include "com/gdi_objects.h"
-#include "com/import_hook.h"
+#include "com/thread_windows.h"
 #include "platform/resource_ids.h"
-
-DECLARE_IMPORT(CreateDialogParamW, 20);
 
 namespace {
 
 using client::Value;
-
-HWND MakeWindow(DWORD style) {
-  HWND window = CreateWindowW(L"STATIC", L"", WS_POPUP | style, 0, 0, 100, 100, nullptr, nullptr,
-                              nullptr, nullptr);
-  EXPECT_NE(nullptr, window);
-  return window;
-}
-
-BOOL CALLBACK CountWindow(HWND, LPARAM count) {
-  ++*reinterpret_cast<int*>(count);
-  return TRUE;
-}
-
-int WindowsOfThread() {
-  int count = 0;
-  EnumThreadWindows(GetCurrentThreadId(), CountWindow, reinterpret_cast<LPARAM>(&count));
-  return count;
-}
 
 class AboutWindowTest : public component::Test {
  protected:
@@ -88,15 +68,6 @@ TEST_F(AboutWindowTest, MessagesAreDispatched) {
   EXPECT_OK(Show());
 }
 
-TEST_F(AboutWindowTest, QuittingClosesItAndIsPassedOn) {
-  user_.Do([](HWND) { PostQuitMessage(42); });
-  EXPECT_OK(Show());
-  MSG message{};
-  ASSERT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
-  EXPECT_EQ(42u, message.wParam);
-  EXPECT_EQ(nullptr, AboutUser::Window());
-}
-
 TEST_F(AboutWindowTest, AnotherMayBeShownMeanwhile) {
   HWND outer = nullptr;
   user_.Do([&](HWND window) {
@@ -115,19 +86,6 @@ TEST_F(AboutWindowTest, AnotherMayBeShownMeanwhile) {
   EXPECT_OK(Show());
 }
 
-TEST_F(AboutWindowTest, EndsWithTheWindowBelowIt) {
-  user_.Do([&](HWND outer) {
-    AboutUser inner_user;
-    inner_user.Do([&](HWND) { SendMessageW(outer, WM_CLOSE, 0, 0); });
-    EXPECT_OK(Show());
-  });
-  EXPECT_OK(Show());
-  HWND owner = MakeWindow(WS_VISIBLE);
-  SetActiveWindow(owner);
-  user_.Do([&](HWND) { DestroyWindow(owner); });
-  EXPECT_OK(Show());
-}
-
 TEST_F(AboutWindowTest, FollowsTheDotsPerInchOfItsScreen) {
   SIZE before{};
   user_
@@ -140,6 +98,47 @@ TEST_F(AboutWindowTest, FollowsTheDotsPerInchOfItsScreen) {
         EXPECT_EQ(2 * button.cy, AboutUser::SizeOf(AboutUser::Control(window, IDOK)).cy);
         EXPECT_EQ(96, AboutUser::SizeOf(AboutUser::Control(window, ZEPKIT10_ABOUT_ICON)).cx);
         EXPECT_EQ(2 * before.cx, AboutUser::SizeOf(window).cx);
+      })
+      .Press(IDOK);
+  EXPECT_OK(Show());
+}
+
+TEST_F(AboutWindowTest, StaysWhereItWasScrolledToOnAnotherScreen) {
+  const auto position = [](HWND window) {
+    SCROLLINFO info{};
+    info.cbSize = sizeof info;
+    info.fMask = SIF_POS | SIF_RANGE;
+    EXPECT_TRUE(
+        GetScrollInfo(AboutUser::Control(window, ZEPKIT10_ABOUT_SCROLL_BAR), SB_CTL, &info));
+    return std::pair(info.nPos, info.nPos / (info.nMax + 1.0));
+  };
+  user_
+      .Do([&](HWND window) {
+        for (int i = 0; i < 7; ++i) SendMessageW(window, WM_VSCROLL, SB_PAGEDOWN, 0);
+        const auto [before, share] = position(window);
+        EXPECT_GT(before, 1000);
+        RECT proposed{10, 10, 500, 500};
+        const auto change_to = [&](int dpi) {
+          SendMessageW(window, WM_DPICHANGED, MAKEWPARAM(dpi, dpi),
+                       reinterpret_cast<LPARAM>(&proposed));
+          return position(window);
+        };
+        const auto [larger, same_share] = change_to(192);
+        EXPECT_GT(larger, before + before / 2);
+        EXPECT_NEAR(share, same_share, 0.0002);
+        EXPECT_NEAR(before, change_to(96).first, 2);
+      })
+      .Press(IDOK);
+  EXPECT_OK(Show(std::wstring(1000, L'\n')));
+}
+
+TEST_F(AboutWindowTest, HasAButtonAndAFrameThatClips) {
+  user_
+      .Do([](HWND window) {
+        EXPECT_EQ(L"OK", AboutUser::TextOf(AboutUser::Control(window, IDOK)));
+        HWND frame = GetParent(AboutUser::MovingText(window));
+        EXPECT_EQ(AboutUser::Control(window, ZEPKIT10_ABOUT_FRAME), frame);
+        EXPECT_TRUE(GetWindowLongW(frame, GWL_STYLE) & WS_CLIPCHILDREN);
       })
       .Press(IDOK);
   EXPECT_OK(Show());
@@ -185,13 +184,6 @@ TEST_F(AboutWindowTest, ScrollsByKeysWheelAndBar) {
   EXPECT_OK(Show(std::wstring(1000, L'\n')));
 }
 
-TEST_F(AboutWindowTest, IconsAreDestroyedWithTheirPictures) {
-  root_.CallObject(L"LoadZepIcon", {0});
-  const int before = GdiObjects();
-  for (int i = 0; i < 10; ++i) EXPECT_TRUE(root_.CallObject(L"LoadZepIcon", {0}));
-  EXPECT_LT(GdiObjects(), before + 5);
-}
-
 TEST_F(AboutWindowTest, LeavesNothingBehind) {
   const auto show = [&] {
     user_.Press(IDOK);
@@ -204,21 +196,6 @@ TEST_F(AboutWindowTest, LeavesNothingBehind) {
   for (int i = 0; i < 10; ++i) show();
   EXPECT_EQ(windows, WindowsOfThread());
   EXPECT_LT(GdiObjects(), gdi + 5);
-}
-
-DWORD refusal = 0;
-HWND WINAPI Refuse(HINSTANCE, LPCWSTR, HWND, DLGPROC, LPARAM) {
-  SetLastError(refusal);
-  return nullptr;
-}
-
-TEST_F(AboutWindowTest, WhatTheSystemRefusesIsAnError) {
-  if (!component::IsLinked()) GTEST_SKIP() << "only what is linked can be hooked";
-  const ImportHook<&__imp_CreateDialogParamW> hook(Refuse);
-  refusal = 0;  // as without a display
-  EXPECT_ERROR(Show(), 361, L"Zepkit10.Global", L"Can't load or unload this object");
-  refusal = ERROR_NOT_ENOUGH_MEMORY;
-  EXPECT_ERROR(Show(), 7, L"Zepkit10.Global", L"Out of memory");
 }
 
 }  // namespace

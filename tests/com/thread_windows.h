@@ -1,0 +1,23 @@
+#pragma once
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
+/// How many top-level windows the thread has.
+inline int WindowsOfThread() {
+  int count = 0;
+  const auto add = [](HWND, LPARAM counted) -> BOOL {
+    ++*reinterpret_cast<int*>(counted);
+    return TRUE;
+  };
+  EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+/// A window of the test's own, which it destroys.
+inline HWND MakeWindow(DWORD style) {
+  HWND window = CreateWindowW(L"STATIC", L"", WS_POPUP | style, 0, 0, 100, 100, nullptr, nullptr,
+                              nullptr, nullptr);
+  EXPECT_NE(nullptr, window);
+  return window;
+}
