@@ -63,6 +63,7 @@ class AboutRefusalTest : public component::Test {
                              client::Binding::kDispatch};
 
  private:
+  const AboutUser user_;  // closes a window that comes all the same, after a while
   const HWND visible_ = MakeWindow(WS_VISIBLE);
   const int before_ = WindowsOfThread();
 };
