@@ -1,59 +1,16 @@
-// GetFiles: what it lists, in which order, and where it puts it.
+// GetFiles: what it lists, and in which order.
 #include <algorithm>
 #include <functional>
 #include <utility>
 
-#include "com/both_roots.h"
+#include "com/get_files_fixture.h"
 #include "com/import_hook.h"
-#include "com/temporary_folder.h"
 
 DECLARE_IMPORT(FindFirstFileExW, 24);
 
 namespace {
 
-using client::Binding;
 using client::Outcome;
-using client::Value;
-using Texts = std::vector<std::wstring>;
-
-/// A client's variable for an array of strings.
-class TextVariable {
- public:
-  TextVariable() = default;
-  explicit TextVariable(SAFEARRAY* array) : array_(array) {}
-  ~TextVariable() { SafeArrayDestroy(array_); }
-  TextVariable(const TextVariable&) = delete;
-  TextVariable& operator=(const TextVariable&) = delete;
-
-  Value Reference() {
-    VARIANT reference;
-    reference.vt = VT_BYREF | VT_ARRAY | VT_BSTR;
-    reference.pparray = &array_;
-    return Value(reference);
-  }
-
-  SAFEARRAY* array() const { return array_; }
-  SAFEARRAY** address() { return &array_; }
-
-  /// What GetFiles put there: an array of strings from 0.
-  Texts Read() const {
-    Texts texts;
-    if (!array_) return texts;
-    VARTYPE type = VT_EMPTY;
-    EXPECT_EQ(S_OK, SafeArrayGetVartype(array_, &type));
-    EXPECT_EQ(VT_BSTR, type);
-    EXPECT_EQ(1, array_->cDims);
-    EXPECT_EQ(0, array_->rgsabound[0].lLbound);
-    for (ULONG i = 0; i < array_->rgsabound[0].cElements; ++i) {
-      BSTR text = static_cast<BSTR*>(array_->pvData)[i];
-      texts.emplace_back(text, SysStringLen(text));
-    }
-    return texts;
-  }
-
- private:
-  SAFEARRAY* array_ = nullptr;
-};
 
 /// Counts the listings that the linked component starts, and may do something before each.
 class ListingCount {
@@ -78,48 +35,7 @@ class ListingCount {
   const Hook hook_{Count};
 };
 
-class GetFilesTest : public BothRoots {
- protected:
-  Outcome Call(const std::wstring& path, const std::wstring& spec, const Value& files,
-               bool recursive) const {
-    return root_.Call(L"GetFiles", {path, spec, files, recursive});
-  }
-
-  /// Lists into a new variable; the result must be the number of files.
-  Texts List(const std::wstring& path, const std::wstring& spec, bool recursive = false) const {
-    TextVariable files;
-    const Outcome outcome = Call(path, spec, files.Reference(), recursive);
-    const Texts texts = files.Read();
-    EXPECT_EQ(outcome, static_cast<int>(texts.size()));
-    return texts;
-  }
-
-  Texts In(std::wstring_view directory, const Texts& names) const {
-    Texts paths;
-    for (const std::wstring& name : names) {
-      paths.push_back((folder_ / directory).append(name));
-    }
-    return paths;
-  }
-
-  /// What a listing of a tree means, step by step.
-  void ListStepByStep(const std::wstring& directory, const std::wstring& spec, Texts* all) const {
-    const Texts files = List(directory, spec);
-    all->insert(all->end(), files.begin(), files.end());
-    for (short i = 1;; ++i) {
-      const Outcome name = root_.Call(L"GetSubDir", {directory, i});
-      if (!name.ok() || name == L"") return;
-      ListStepByStep(directory + name.value.raw().bstrVal + L"\\", spec, all);
-    }
-  }
-
-  TemporaryFolder folder_;
-};
-
-Texts Sorted(Texts texts) {
-  std::sort(texts.begin(), texts.end());
-  return texts;
-}
+class GetFilesTest : public WithListing {};
 
 TEST_P(GetFilesTest, ListsADirectoryOrATree) {
   folder_.File(L"a.txt");
@@ -308,122 +224,6 @@ TEST_P(GetFilesTest, WhatCannotBeListedGivesMinusOne) {
   EXPECT_EQ(2u, before->rgsabound[0].cElements);
 }
 
-TEST_P(GetFilesTest, NothingFoundLeavesTheArrayAlone) {
-  folder_.Directory(L"empty");
-  TextVariable files(SafeArrayCreateVector(VT_BSTR, 5, 2)), none;
-  static_cast<BSTR*>(files.array()->pvData)[0] = SysAllocString(L"kept");
-  SAFEARRAY* before = files.array();
-  for (const bool recursive : {false, true}) {
-    for (const wchar_t* spec : {L"*", L"*.*", L"*.txt"}) {
-      EXPECT_EQ(Call(folder_.path(), spec, files.Reference(), recursive), 0);
-      EXPECT_EQ(Call(folder_.path(), spec, none.Reference(), recursive), 0);
-    }
-  }
-  EXPECT_EQ(files.array(), before);
-  EXPECT_EQ(5, before->rgsabound[0].lLbound);
-  EXPECT_EQ(std::wstring(L"kept"), static_cast<BSTR*>(before->pvData)[0]);
-  EXPECT_EQ(none.array(), nullptr);
-}
-
-TEST_P(GetFilesTest, ReplacesWhateverArrayThereWas) {
-  folder_.File(L"a.txt");
-  TextVariable longer(SafeArrayCreateVector(VT_BSTR, -3, 50));
-  static_cast<BSTR*>(longer.array()->pvData)[0] = SysAllocString(L"old");
-  SAFEARRAYBOUND bounds[] = {{2, 1}, {3, 1}};
-  TextVariable matrix(SafeArrayCreate(VT_BSTR, 2, bounds));
-  TextVariable empty(SafeArrayCreateVector(VT_BSTR, 0, 0));
-  for (TextVariable* files : {&longer, &matrix, &empty}) {
-    EXPECT_EQ(Call(folder_.path(), L"*", files->Reference(), false), 1);
-    EXPECT_EQ(files->Read(), In(L"", {L"a.txt"}));
-  }
-}
-
-TEST_P(GetFilesTest, EveryCallStartsFromNothing) {
-  folder_.File(L"a.txt");
-  folder_.File(L"b.txt");
-  TextVariable files;
-  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), true), 2);
-  EXPECT_EQ(Call(folder_ / L"missing", L"*", files.Reference(), true), -1);
-  EXPECT_EQ(Call(folder_.path(), L"b.*", files.Reference(), true), 1);
-  EXPECT_EQ(files.Read(), In(L"", {L"b.txt"}));
-}
-
-TEST_P(GetFilesTest, LockedAndFixedArraysAreRefused) {
-  folder_.File(L"a.txt");
-  TextVariable files(SafeArrayCreateVector(VT_BSTR, 1, 2));
-  SAFEARRAY* before = files.array();
-  const auto expect_refusal = [&] {
-    const Outcome refused = Call(folder_.path(), L"*", files.Reference(), false);
-    if (root_.binding() == Binding::kVtable) {
-      EXPECT_ERROR(refused, 10, std::wstring(L"Zepkit10.") + RootName(),
-                   L"This array is fixed or temporarily locked");
-    } else {
-      EXPECT_EQ(DISP_E_ARRAYISLOCKED, refused.result);  // hosts say 10
-    }
-    EXPECT_EQ(before, files.array());
-    EXPECT_EQ(1, before->rgsabound[0].lLbound);
-    EXPECT_EQ(nullptr, static_cast<BSTR*>(before->pvData)[0]);
-  };
-  SafeArrayLock(before);
-  expect_refusal();
-  SafeArrayUnlock(before);
-  for (const USHORT feature : {FADF_FIXEDSIZE, FADF_STATIC, FADF_AUTO, FADF_EMBEDDED}) {
-    before->fFeatures |= feature;
-    expect_refusal();
-    before->fFeatures &= static_cast<USHORT>(~feature);
-  }
-  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), false), 1);
-}
-
-TEST_P(GetFilesTest, NothingFoundAsksNothingOfTheArray) {
-  if (root_.binding() == Binding::kDispatch) return;  // refused before the member is called
-  TextVariable files(SafeArrayCreateVector(VT_BSTR, 1, 2));
-  SafeArrayLock(files.array());
-  files.array()->fFeatures |= FADF_FIXEDSIZE;
-  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), true), 0);
-  EXPECT_EQ(Call(folder_ / L"missing", L"*", files.Reference(), true), -1);
-  files.array()->fFeatures &= static_cast<USHORT>(~FADF_FIXEDSIZE);
-  SafeArrayUnlock(files.array());
-}
-
-TEST_P(GetFilesTest, FillsTheVariableOfAScript) {
-  if (root_.binding() == Binding::kVtable) return;  // only late-bound clients have one
-  folder_.File(L"a.txt");
-  folder_.File(L"b.txt");
-  Value files;
-  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), false), 2);
-  for (const wchar_t* spec : {L"*", L"b.*"}) {  // the second time it is an array
-    const Outcome count = Call(folder_.path(), spec, files.Reference(), false);
-    ASSERT_EQ(VT_ARRAY | VT_VARIANT, files.type());
-    EXPECT_EQ(count, static_cast<int>(files.raw().parray->rgsabound[0].cElements));
-    EXPECT_EQ(0, files.raw().parray->rgsabound[0].lLbound);
-  }
-  EXPECT_EQ(*static_cast<VARIANT*>(files.raw().parray->pvData)->bstrVal, folder_.path()[0]);
-  EXPECT_EQ(Value(*static_cast<VARIANT*>(files.raw().parray->pvData)), folder_ / L"b.txt");
-}
-
-TEST_P(GetFilesTest, NothingFoundLeavesTheVariableOfAScriptAlone) {
-  if (root_.binding() == Binding::kVtable) return;  // only late-bound clients have one
-  Value files;
-  EXPECT_EQ(Call(folder_.path(), L"*", files.Reference(), false), 0);
-  EXPECT_EQ(Call(folder_ / L"nowhere", L"*", files.Reference(), false), -1);
-  EXPECT_EQ(VT_EMPTY, files.type());
-}
-
-TEST_P(GetFilesTest, AnArrayOfAnotherTypeIsRefused) {
-  folder_.File(L"a.txt");
-  Microsoft::WRL::ComPtr<_Library> library;
-  if (FAILED(root_.get()->QueryInterface(IID_PPV_ARGS(&library)))) return;
-  TextVariable numbers(SafeArrayCreateVector(VT_I4, 0, 1));
-  SAFEARRAY* before = numbers.array();
-  long count = 5;
-  EXPECT_EQ(static_cast<HRESULT>(0x800A000D),
-            library->GetFiles(Value(folder_.path()).raw().bstrVal, nullptr, numbers.address(),
-                              VARIANT_FALSE, &count));
-  EXPECT_EQ(0, count);
-  EXPECT_EQ(before, numbers.array());
-}
-
 TEST_P(GetFilesTest, ListsAnyName) {
   const std::wstring snowman = L"\u2603 \u4e2d\u6587 \xd83d\xde00";
   folder_.Directory(snowman);
@@ -448,7 +248,8 @@ TEST_P(GetFilesTest, ListsLongPaths) {
 
 TEST_P(GetFilesTest, ListsDeepTrees) {
   // This takes its time, and one way to call it will do.
-  if (root_.binding() == Binding::kVtable || RootName() != std::wstring_view(L"Global")) return;
+  if (root_.binding() == client::Binding::kVtable || RootName() != std::wstring_view(L"Global"))
+    return;
   const std::wstring last = folder_.Nest(L"deep", 300);
   const std::wstring below = last.substr(folder_.path().size()) + L"\\";
   folder_.File(below + L"bottom.txt");
