@@ -69,8 +69,9 @@ TEST_P(AboutIconTest, ShowsTheResource) {
   EXPECT_EQ(S_OK, picture->get_Handle(&handle));
   const Canvas blank(32, 32), drawn(32, 32), expected(32, 32);
   ASSERT_EQ(32, GetSystemMetrics(SM_CXICON));
-  EXPECT_TRUE(DrawIconEx(drawn.context(), 0, 0, reinterpret_cast<HICON>(LONG_PTR{handle}), 32, 32,
-                         0, nullptr, DI_NORMAL));
+  EXPECT_TRUE(DrawIconEx(drawn.context(), 0, 0,
+                         reinterpret_cast<HICON>(static_cast<LONG_PTR>(handle)), 32, 32, 0, nullptr,
+                         DI_NORMAL));
   ComponentFile().DrawIcon(expected.context(), 32);
   EXPECT_NE(blank.Pixels(), expected.Pixels());
   EXPECT_EQ(expected.Pixels(), drawn.Pixels());
@@ -106,14 +107,15 @@ TEST(LibraryIconTest, HasAnImageForEverySize) {
   EXPECT_EQ(widths, heights);
 }
 
+BOOL CALLBACK AddName(HMODULE, const wchar_t*, wchar_t* name, LONG_PTR names) {
+  reinterpret_cast<std::vector<LONG_PTR>*>(names)->push_back(reinterpret_cast<LONG_PTR>(name));
+  return TRUE;
+}
+
 TEST(LibraryIconTest, IsTheOnlyOne) {
-  static std::vector<LONG_PTR> names;
-  names.clear();
-  const auto add = [](HMODULE, const wchar_t*, wchar_t* name, LONG_PTR) -> BOOL {
-    names.push_back(reinterpret_cast<LONG_PTR>(name));
-    return TRUE;
-  };
-  EXPECT_TRUE(EnumResourceNamesW(ComponentFile().get(), RT_GROUP_ICON, add, 0));
+  std::vector<LONG_PTR> names;
+  EXPECT_TRUE(EnumResourceNamesW(ComponentFile().get(), RT_GROUP_ICON, AddName,
+                                 reinterpret_cast<LONG_PTR>(&names)));
   EXPECT_EQ(std::vector<LONG_PTR>{1}, names);
 }
 

@@ -3,14 +3,15 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+inline BOOL CALLBACK CountWindow(HWND, LPARAM count) {
+  ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
 /// How many top-level windows the thread has.
 inline int WindowsOfThread() {
   int count = 0;
-  const auto add = [](HWND, LPARAM counted) -> BOOL {
-    ++*reinterpret_cast<int*>(counted);
-    return TRUE;
-  };
-  EnumThreadWindows(GetCurrentThreadId(), add, reinterpret_cast<LPARAM>(&count));
+  EnumThreadWindows(GetCurrentThreadId(), CountWindow, reinterpret_cast<LPARAM>(&count));
   return count;
 }
 
