@@ -77,6 +77,8 @@ class Result {
 
 class ZeroArgumentsTest : public component::Test {
  protected:
+  ZeroArgumentsTest() { SetCurrentDirectoryW(folder_.path().c_str()); }  // files may be made
+
   /// Calls a function with an object of every class and each of its members.
   template <class Call>
   void ForEveryMember(Call call) {
