@@ -30,6 +30,8 @@ class Member:
     id: int
     vararg: bool
     parameters: list
+    help: str = ''
+    hidden: bool = False
 
     @property
     def result(self):
@@ -45,6 +47,7 @@ class Member:
 class Interface:
     name: str
     members: list
+    help: str = ''
 
 
 @dataclass
@@ -54,6 +57,7 @@ class Coclass:
     events: str = ''
     creatable: bool = True
     clsid: str = ''    # a C++ expression for the address of the CLSID
+    help: str = ''
 
 
 @dataclass
@@ -63,6 +67,7 @@ class Library:
     interfaces: dict = field(default_factory=dict)     # dual interfaces by name
     events: dict = field(default_factory=dict)         # dispinterfaces by name
     coclasses: list = field(default_factory=list)
+    help: dict = field(default_factory=dict)           # of the enumerations, by name
 
 
 class Reader:
@@ -155,7 +160,8 @@ class Reader:
         self.next(')')
         self.next(';')
         kind = next((k for k in ('propget', 'propputref', 'propput') if k in attributes), 'func')
-        return Member(name, kind, number, 'vararg' in attributes, parameters)
+        return Member(name, kind, number, 'vararg' in attributes, parameters, help_of(attributes),
+                      'hidden' in attributes)
 
     def member_id(self, name, attributes):
         named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
@@ -176,6 +182,10 @@ class Reader:
         self.next('}')
         self.next(';')
         return found
+
+
+def help_of(attributes):
+    return re.sub(r'\\(.)', r'\1', attributes.get('helpstring', '')[1:-1])
 
 
 def read_enumeration(reader):
@@ -201,7 +211,8 @@ def read_enumeration(reader):
 
 
 def read_coclass(reader, attributes):
-    found = Coclass(reader.next(), creatable='noncreatable' not in attributes)
+    found = Coclass(reader.next(), creatable='noncreatable' not in attributes,
+                    help=help_of(attributes))
     found.clsid = f'&CLSID_{found.name}'
     if reader.peek() == ';':  # only announced
         reader.next()
@@ -237,6 +248,7 @@ def read_library(text):
         elif keyword == 'typedef':
             name, constants = read_enumeration(reader)
             library.enumerations[name] = constants
+            library.help[name] = help_of(attributes)
         elif keyword in ('interface', 'dispinterface'):
             name = reader.next()
             if reader.peek() == ';':
@@ -246,7 +258,7 @@ def read_library(text):
                 reader.next()
                 reader.next()
             target = library.interfaces if keyword == 'interface' else library.events
-            target[name] = Interface(name, reader.members())
+            target[name] = Interface(name, reader.members(), help_of(attributes))
         elif keyword == 'coclass':
             found = read_coclass(reader, attributes)
             if found:

@@ -72,6 +72,12 @@ class MemberTest(unittest.TestCase):
         self.assertEqual(('Do', 1, ['A', 'B']), (found.name, found.id, [p.name for p in found.parameters]))
 
 
+    def test_help(self):
+        found = member(r'[id(1), hidden, helpstring("Says \"no\"; error 5")] HRESULT Do();')
+        self.assertEqual(('Says "no"; error 5', True), (found.help, found.hidden))
+        self.assertEqual('', member('[id(1)] HRESULT Do();').help)
+
+
 class EnumerationTest(unittest.TestCase):
     def test_values(self):
         self.assertEqual([('a', -3), ('b', -2), ('c', 255), ('d', 256), ('e', -2147220480), ('f', -2147483648),
@@ -91,9 +97,11 @@ class LibraryTest(unittest.TestCase):
                 importlib("stdole2.tlb");
                 interface _Thing;
                 coclass Thing;
+                [uuid(12345678-0000-0000-0000-000000000001), helpstring("Kinds of things")]
+                typedef enum Kind { one = 1 } Kind;
                 [object, dual, uuid(fb42348c-3f80-44ca-bcf1-d34cc310195c)] interface _Thing : IDispatch { };
                 [hidden] dispinterface __Thing { properties: methods: [id(1)] void Event([in] long A); };
-                [uuid(12345678-0000-0000-0000-000000000000), noncreatable] coclass Thing {
+                [uuid(12345678-0000-0000-0000-000000000000), noncreatable, helpstring("A thing")] coclass Thing {
                     [default] interface _Thing;
                     [default, source] dispinterface __Thing;
                 };
@@ -102,6 +110,8 @@ class LibraryTest(unittest.TestCase):
         self.assertEqual('Things', library.name)
         self.assertEqual([('Thing', '_Thing', '__Thing', False), ('Other', '_Thing', '', True)],
                          [(c.name, c.default, c.events, c.creatable) for c in library.coclasses])
+        self.assertEqual('Kinds of things', library.help['Kind'])
+        self.assertEqual('A thing', library.coclasses[0].help)
         self.assertEqual(['Event'], [e.name for e in library.events['__Thing'].members])
 
 
