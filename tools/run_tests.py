@@ -202,7 +202,7 @@ def documents(windows):
     """Examples in documents print what they say; those that cannot run say so."""
     def suite(run):
         with registered(run, windows), tempfile.TemporaryDirectory() as folder:
-            for name in ('README.md', 'docs/clients.md'):
+            for name in ['README.md', *sorted(str(path.relative_to(ROOT)) for path in (ROOT / 'docs').rglob('*.md'))]:
                 text = (ROOT / name).read_text(encoding='utf-8')
                 lines = [str(each.line) for each in doc_examples.unmarked(text)]
                 yield Result(f'{name}: examples run or say that they do not', 'failed' if lines else 'passed',

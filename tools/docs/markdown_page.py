@@ -1,0 +1,75 @@
+"""The hand-written pages: Markdown, read into sections and rendered, with links turned into the site's."""
+import html
+import posixpath
+import re
+from dataclasses import dataclass
+
+import markdown
+
+LINK = re.compile(r'(href|src)="([^"]*)"')
+
+
+@dataclass
+class Document:
+    """`path` is relative to the folder of documents, as in guides/vba.md."""
+    path: str
+    title: str
+    lead: str          # what stands before the first section, without the title
+    sections: dict     # heading -> Markdown, in order
+
+
+def read_document(path, text):
+    title = re.match(r'# (.*)\n', text)
+    if not title:
+        raise ValueError(f'{path} has no title')
+    lead, sections, heading, fenced = [], {}, None, False
+    for line in text[title.end():].splitlines():
+        fenced ^= line.startswith('```')
+        match = None if fenced else re.fullmatch(r'## (.*)', line)
+        if match:
+            heading = match[1]
+            sections[heading] = []
+        else:
+            (lead if heading is None else sections[heading]).append(line)
+    joined = {name: '\n'.join(lines).strip() for name, lines in sections.items()}
+    return Document(path, title[1], '\n'.join(lead).strip(), joined)
+
+
+def whole(document):
+    """The document's Markdown without its title."""
+    return '\n\n'.join([document.lead, *(f'## {name}\n\n{text}' for name, text in document.sections.items())])
+
+
+def render(text):
+    return markdown.markdown(text, extensions=['tables', 'fenced_code', 'toc', 'sane_lists'])
+
+
+def plain(text):
+    """Rendered Markdown as plain text."""
+    return html.unescape(re.sub(r'<[^>]*>', '', render(text)))
+
+
+def error_advice(document):
+    """What to do, as Markdown, and who raises it, as far as the page says so, by error. Read from the section
+    Errors, a list of items like `- `zepErrBadCall`: advice` or `- `11` (`Draw`): advice`."""
+    found = {}
+    for item in re.split(r'^- ', document.sections.get('Errors', ''), flags=re.MULTILINE)[1:]:
+        match = re.match(r'`(\w+)`(?: \((.*?)\))?: (.*)', item, re.DOTALL)
+        if not match:
+            raise ValueError(f'{document.path}: the section Errors has an item without an error: {item}')
+        found[match[1]] = (' '.join(match[3].split()), re.findall(r'\w+', match[2] or ''))
+    return found
+
+
+def redirect(page, text, resolve):
+    """Lets `resolve` replace the target, relative to the folder of documents, of every link to a file."""
+    folder = posixpath.dirname(page)
+
+    def replacement(match):
+        target, mark, anchor = match[2].partition('#')
+        if not target or re.match(r'\w+:', target):
+            return match[0]
+        found = resolve(posixpath.normpath(posixpath.join(folder, target)))
+        return f'{match[1]}="{posixpath.relpath(found, folder or ".")}{mark}{anchor}"'
+
+    return LINK.sub(replacement, text)
