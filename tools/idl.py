@@ -48,6 +48,7 @@ class Interface:
     name: str
     members: list
     help: str = ''
+    guid: str = ''     # as the registry writes it: "{683B888E-…}"
 
 
 @dataclass
@@ -58,11 +59,15 @@ class Coclass:
     creatable: bool = True
     clsid: str = ''    # a C++ expression for the address of the CLSID
     help: str = ''
+    guid: str = ''
 
 
 @dataclass
 class Library:
     name: str = ''
+    guid: str = ''
+    version: str = ''  # "1.0"
+    title: str = ''    # its help string
     enumerations: dict = field(default_factory=dict)   # name -> [(constant, value)]
     interfaces: dict = field(default_factory=dict)     # dual interfaces by name
     events: dict = field(default_factory=dict)         # dispinterfaces by name
@@ -188,6 +193,10 @@ def help_of(attributes):
     return re.sub(r'\\(.)', r'\1', attributes.get('helpstring', '')[1:-1])
 
 
+def guid_of(attributes):
+    return f"{{{attributes['uuid'].upper()}}}" if 'uuid' in attributes else ''
+
+
 def read_enumeration(reader):
     reader.next('enum')
     name = reader.next()
@@ -212,7 +221,7 @@ def read_enumeration(reader):
 
 def read_coclass(reader, attributes):
     found = Coclass(reader.next(), creatable='noncreatable' not in attributes,
-                    help=help_of(attributes))
+                    help=help_of(attributes), guid=guid_of(attributes))
     found.clsid = f'&CLSID_{found.name}'
     if reader.peek() == ';':  # only announced
         reader.next()
@@ -236,7 +245,9 @@ def read_library(text):
     reader, library = Reader(text), Library()
     while reader.peek() == 'import':
         reader.skip_to(';')
-    reader.attributes()
+    attributes = reader.attributes()
+    library.guid, library.version = guid_of(attributes), attributes.get('version', '')
+    library.title = help_of(attributes)
     reader.next('library')
     library.name = reader.next()
     reader.next('{')
@@ -258,7 +269,7 @@ def read_library(text):
                 reader.next()
                 reader.next()
             target = library.interfaces if keyword == 'interface' else library.events
-            target[name] = Interface(name, reader.members(), help_of(attributes))
+            target[name] = Interface(name, reader.members(), help_of(attributes), guid_of(attributes))
         elif keyword == 'coclass':
             found = read_coclass(reader, attributes)
             if found:

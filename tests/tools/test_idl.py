@@ -107,7 +107,10 @@ class LibraryTest(unittest.TestCase):
                 };
                 coclass Other { [default] interface _Thing; };
             };''')
-        self.assertEqual('Things', library.name)
+        self.assertEqual(('Things', '{683B888E-F570-4CE9-B6EC-24B89A672510}', '1.0', 'a library { of } things'),
+                         (library.name, library.guid, library.version, library.title))
+        self.assertEqual(['{12345678-0000-0000-0000-000000000000}', ''], [c.guid for c in library.coclasses])
+        self.assertEqual('{FB42348C-3F80-44CA-BCF1-D34CC310195C}', library.interfaces['_Thing'].guid)
         self.assertEqual([('Thing', '_Thing', '__Thing', False), ('Other', '_Thing', '', True)],
                          [(c.name, c.default, c.events, c.creatable) for c in library.coclasses])
         self.assertEqual('Kinds of things', library.help['Kind'])
