@@ -1,35 +1,8 @@
 """Registering and unregistering the DLL with regsvr32, looked at in the whole registry."""
-import os
-import pathlib
 import re
-import subprocess
 import unittest
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
-PRESET = os.environ.get('ZEPKIT10_PRESET', 'x64')
-USER = os.environ.get('WINE_USER', 'english')
-DLL = ROOT / f'build/{PRESET}/zepkit10.dll'
-PLATFORM = {'x64': 'win64', 'x86': 'win32'}[PRESET]
-CLASSES = r'HKEY_LOCAL_MACHINE\Software\Classes'
-
-
-def wine(*command):
-    subprocess.run([str(ROOT / 'tools/wine.sh'), USER, *command], check=True,
-                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
-
-
-def registry():
-    """Every key of the machine's and the user's registry, in lower case, with its values."""
-    keys = {}
-    for root in ('HKLM', 'HKCU'):
-        file = ROOT / f'build/{root}-{PRESET}.reg'
-        wine('reg', 'export', root, f'Z:{file}', '/y')
-        for block in file.read_text(encoding='utf-16').split('\n\n'):
-            lines = block.strip().splitlines()
-            if lines and lines[0].startswith('['):
-                keys[lines[0].strip('[]').lower()] = lines[1:]
-        file.unlink()
-    return keys
+from wine_machine import DLL, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, registry, value, wine
 
 
 def library_of_idl():
@@ -45,19 +18,16 @@ def library_of_idl():
 class RegistrationTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        wine('regsvr32', '/s', '/u', str(DLL))  # twice does no harm
-        wine('regsvr32', '/s', '/u', str(DLL))
+        wine('regsvr32', '/s', '/u', DLL)  # twice does no harm
+        wine('regsvr32', '/s', '/u', DLL)
         cls.before = registry()
-        wine('regsvr32', '/s', str(DLL))
+        wine('regsvr32', '/s', DLL)
         cls.registered = registry()
-        wine('regsvr32', '/s', '/u', str(DLL))
+        wine('regsvr32', '/s', '/u', DLL)
         cls.after = registry()
 
     def value(self, key, name='@'):
-        lines = self.registered[rf'{CLASSES}\{key}'.lower()]
-        name = name if name == '@' else f'"{name}"'
-        values = dict(line.split('=', 1) for line in lines if '=' in line)
-        return values[name].strip('"').replace('\\\\', '\\')
+        return value(self.registered, rf'{LOCAL_CLASSES}\{key}', name)
 
     def test_every_creatable_class_is_found_by_its_name(self):
         library, creatable, _ = library_of_idl()
@@ -76,7 +46,7 @@ class RegistrationTest(unittest.TestCase):
     def test_classes_that_no_client_creates_are_not_registered(self):
         _, _, others = library_of_idl()
         for guid in others:
-            self.assertNotIn(rf'{CLASSES}\CLSID\{{{guid}}}'.lower(), self.registered)
+            self.assertNotIn(rf'{LOCAL_CLASSES}\CLSID\{{{guid}}}'.lower(), self.registered)
 
     def test_the_type_library_is_registered(self):
         library, _, _ = library_of_idl()

@@ -1,0 +1,50 @@
+"""The Windows on which tests in Python run programs and look at the registry."""
+import os
+import pathlib
+import subprocess
+
+ROOT = pathlib.Path(__file__).resolve().parents[1]
+PRESET = os.environ.get('ZEPKIT10_PRESET', 'x64')
+USER = os.environ.get('WINE_USER', 'english')
+DLL = ROOT / f'build/{PRESET}/zepkit10.dll'
+PLATFORM = {'x64': 'win64', 'x86': 'win32'}[PRESET]
+COMPILER = {'x64': 'x86_64', 'x86': 'i686'}[PRESET] + '-w64-mingw32-g++-posix'
+DRIVE_C = ROOT / 'build/wine' / USER / 'drive_c'
+LOCAL_CLASSES = r'HKEY_LOCAL_MACHINE\Software\Classes'
+USER_CLASSES = r'HKEY_CURRENT_USER\Software\Classes'
+
+
+def run(*command, folder=ROOT):
+    """What a Windows program prints, and its exit code."""
+    done = subprocess.run([str(ROOT / 'tools/wine.sh'), USER, *map(str, command)], check=False, cwd=folder,
+                          stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+    return done.stdout.decode('utf-8', 'replace').replace('\r\n', '\n'), done.returncode
+
+
+def wine(*command):
+    """Runs a Windows program that must succeed; its output."""
+    output, code = run(*command)
+    if code:
+        raise AssertionError(f"{' '.join(map(str, command))} ended with {code}\n{output}")
+    return output
+
+
+def registry():
+    """Every key of the machine's and the user's registry, in lower case, with its values."""
+    keys = {}
+    for root in ('HKLM', 'HKCU'):
+        file = ROOT / f'build/{root}-{PRESET}.reg'
+        wine('reg', 'export', root, f'Z:{file}', '/y')
+        for block in file.read_text(encoding='utf-16').split('\n\n'):
+            lines = block.strip().splitlines()
+            if lines and lines[0].startswith('['):
+                keys[lines[0].strip('[]').lower()] = lines[1:]
+        file.unlink()
+    return keys
+
+
+def value(keys, key, name='@'):
+    """A value in what `registry` returned."""
+    name = name if name == '@' else f'"{name}"'
+    values = dict(line.split('=', 1) for line in keys[key.lower()] if '=' in line)
+    return values[name].strip('"').replace('\\\\', '\\')
