@@ -10,6 +10,7 @@ packages_of() {
     wine) echo wine wine64 fonts-liberation ;;
     wine32) echo libc6-i386 ;;
     screen) echo xvfb imagemagick ;;
+    package) echo wixl msitools ;;
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
@@ -25,6 +26,7 @@ purpose_of() {
     wine) echo "to run what is built for Windows" ;;
     wine32) echo "for a 32-bit Wine" ;;
     screen) echo "to take pictures of windows" ;;
+    package) echo "to make installers" ;;
     format) echo "to check the formatting" ;;
     lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;

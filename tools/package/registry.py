@@ -1,0 +1,56 @@
+"""The registry entries of the component: what DllRegisterServer writes, as a list."""
+from dataclasses import dataclass
+
+
+@dataclass(frozen=True)
+class Entry:
+    key: str    # below Software\Classes
+    name: str   # '' for the key's own value
+    value: str
+
+
+def class_entries(product, dll):
+    """`dll` is the DLL's path, or what stands for it."""
+    for each in product.classes:
+        key, name = rf'CLSID\{each.guid}', f'Zepkit10.{each.name}'
+        yield Entry(key, '', name)
+        yield Entry(rf'{key}\InprocServer32', '', dll)
+        yield Entry(rf'{key}\InprocServer32', 'ThreadingModel', 'Apartment')
+        yield Entry(rf'{key}\ProgID', '', name)
+        yield Entry(rf'{key}\TypeLib', '', product.library.guid)
+        yield Entry(rf'{key}\Version', '', product.library.version)
+
+
+def name_entries(product):
+    """The ProgIDs."""
+    for each in product.classes:
+        name = f'Zepkit10.{each.name}'
+        yield Entry(name, '', name)
+        yield Entry(rf'{name}\CLSID', '', each.guid)
+
+
+def _library_key(product):
+    return rf'TypeLib\{product.library.guid}\{product.library.version}'
+
+
+def library_entries(product, folder):
+    """What the type libraries of both bitnesses have in common."""
+    key = _library_key(product)
+    yield Entry(key, '', product.library.title)
+    yield Entry(rf'{key}\FLAGS', '', '8')  # LIBFLAG_FHASDISKIMAGE
+    yield Entry(rf'{key}\HELPDIR', '', folder)
+
+
+def library_path_entries(product, bitness, dll):
+    platform = {'x64': 'win64', 'x86': 'win32'}[bitness]
+    yield Entry(rf'{_library_key(product)}\0\{platform}', '', dll)
+
+
+def interface_entries(product):
+    for each in product.interfaces:
+        key, proxy = rf'Interface\{each.guid}', product.proxy_of(each)
+        yield Entry(key, '', each.name)
+        yield Entry(rf'{key}\ProxyStubClsid', '', proxy)
+        yield Entry(rf'{key}\ProxyStubClsid32', '', proxy)
+        yield Entry(rf'{key}\TypeLib', '', product.library.guid)
+        yield Entry(rf'{key}\TypeLib', 'Version', product.library.version)
