@@ -29,18 +29,29 @@ def wine(*command):
     return output
 
 
+# Wine writes these anew whenever it starts.
+VOLATILE = ('hkey_local_machine\\system\\currentcontrolset\\control\\video', 'hkey_local_machine\\hardware',
+            'hkey_current_user\\volatile environment', 'hkey_local_machine\\system\\currentcontrolset\\enum',
+            'hkey_local_machine\\system\\currentcontrolset\\control\\deviceclasses')
+
+
 def registry():
-    """Every key of the machine's and the user's registry, in lower case, with its values."""
+    """Every lasting key of the machine's and the user's registry, in lower case, with its values."""
     keys = {}
     for root in ('HKLM', 'HKCU'):
         file = ROOT / f'build/{root}-{PRESET}.reg'
         wine('reg', 'export', root, f'Z:{file}', '/y')
         for block in file.read_text(encoding='utf-16').split('\n\n'):
             lines = block.strip().splitlines()
-            if lines and lines[0].startswith('['):
+            if lines and lines[0].startswith('[') and not lines[0][1:].lower().startswith(VOLATILE):
                 keys[lines[0].strip('[]').lower()] = lines[1:]
         file.unlink()
     return keys
+
+
+def changes(before, after):
+    """What is not the same in two registries: {key: (values before, values after)}, None where there is no key."""
+    return {key: (before.get(key), after.get(key)) for key in {*before, *after} if before.get(key) != after.get(key)}
 
 
 def value(keys, key, name='@'):

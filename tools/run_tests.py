@@ -67,6 +67,17 @@ class Run:
         if not self.built[preset]:
             raise BuildFailed(f'building {preset} failed, see above')
 
+    def package(self):
+        """Makes the packages of the components, the first time it is asked to."""
+        self.build('x64')
+        self.build('x86')
+        with self.building:
+            if 'package' not in self.built:
+                self.built['package'] = self.program([sys.executable, '-m', 'package'], PYTHONPATH=str(ROOT / 'tools'))
+        output, code = self.built['package']
+        if code:
+            raise BuildFailed(f'{output}\nmaking the packages failed')
+
     def program(self, command, **environment):
         """Output (both streams) and exit code; 124 after the time limit."""
         environment = dict(os.environ, WINE_TIMEOUT=str(TIME_LIMIT), **environment)
@@ -87,7 +98,7 @@ class Run:
     def unittests(self, folder, **environment):
         return unittest_results(*self.program(
             [sys.executable, '-m', 'unittest', 'discover', '-v', '-s', str(ROOT / folder),
-             '-p', '*test*.py'], PYTHONPATH=str(ROOT / 'tools'), **environment))
+             '-p', '*test*.py'], PYTHONPATH=f"{ROOT / 'tools'}:{ROOT / 'tests'}", **environment))
 
 
 def formatting(run):
@@ -228,6 +239,14 @@ def registration(windows):
     return suite
 
 
+def package(windows):
+    """What users download: installed, unpacked and used."""
+    def suite(run):
+        run.package()
+        return run.unittests('tests/package', ZEPKIT10_PRESET=windows.preset, WINE_USER=windows.user)
+    return suite
+
+
 def suites_on(preset):
     """Tests whose name says German need a German user."""
     english, german = Windows(preset), Windows(preset, 'german')
@@ -238,6 +257,7 @@ def suites_on(preset):
         'com-german': com(german, '*German*'),
         'com-dll-german': com_dll(german, '*German*'),
         'registration': registration(english),
+        'package': package(english),
         'script': script(english),
         'samples': samples(english),
         'documents': documents(english),

@@ -2,7 +2,7 @@
 import re
 import unittest
 
-from wine_machine import DLL, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, registry, value, wine
+from wine_machine import DLL, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, changes, registry, value, wine
 
 
 def library_of_idl():
@@ -59,8 +59,7 @@ class RegistrationTest(unittest.TestCase):
         self.assertFalse([key for key in new if 'implemented categories' in key])
 
     def test_unregistering_leaves_no_key_and_takes_none_along(self):
-        self.assertEqual(set(), set(self.after) - set(self.before))
-        self.assertEqual(set(), set(self.before) - set(self.after))
+        self.assertEqual({}, changes(self.before, self.after))
 
 
 if __name__ == '__main__':
