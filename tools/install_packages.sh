@@ -14,6 +14,8 @@ packages_of() {
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
+    docs) echo python3-markdown ;;
+    browser) echo chromium chromium-driver ;;
     bench) echo libbenchmark-dev libmuparser-dev gnuplot-nox ;;
     *) echo "tools/install_packages.sh: no group '$1'" >&2; exit 2 ;;
   esac
@@ -30,6 +32,8 @@ purpose_of() {
     format) echo "to check the formatting" ;;
     lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;
+    docs) echo "to make the documentation" ;;
+    browser) echo "to look at the documentation in a browser" ;;
     bench) echo "to measure, and to compare with" ;;
   esac
 }
