@@ -10,6 +10,7 @@ import re
 
 COMMENT = {'vb': "'", 'js': '//', 'cpp': '//'}
 MARK = 'not run by the tests'
+END = 'end of the examples'
 
 
 @dataclasses.dataclass
@@ -70,8 +71,9 @@ def run(runner, windows, text, generated, folder):
     """
     for language, (code, expected) in scripts(text).items():
         path = folder / ('examples.vbs' if language == 'vb' else 'examples.js')
-        path.write_text(code, encoding='ascii')
-        yield language, expected, *runner.program(windows.command('cscript', '//nologo', f'Z:{path}'))
+        # Script hosts are silent about errors: only a last line proves that all of it ran.
+        path.write_text(f'{code}\nWScript.Echo("{END}")\n', encoding='ascii')
+        yield language, [*expected, END], *runner.program(windows.command('cscript', '//nologo', f'Z:{path}'))
     for number, program in enumerate(programs(text), 1):
         source, built = folder / 'example.cpp', folder / f'example{number}.exe'
         source.write_text(program.code, encoding='ascii')

@@ -18,7 +18,7 @@ import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
 
-import doc_examples
+import doc_suites
 from test_results import (Result, googletest_results, program_results, script_results,
                           transcript_results, unittest_results)
 
@@ -95,9 +95,9 @@ class Run:
         gtest_filter = self.gtest_filter or gtest_filter
         return googletest_results(*self.program([*command, f'--gtest_filter={gtest_filter}']))
 
-    def unittests(self, folder, **environment):
+    def unittests(self, folder, python=sys.executable, **environment):
         return unittest_results(*self.program(
-            [sys.executable, '-m', 'unittest', 'discover', '-v', '-s', str(ROOT / folder),
+            [python, '-m', 'unittest', 'discover', '-v', '-s', str(ROOT / folder),
              '-p', '*test*.py'], PYTHONPATH=f"{ROOT / 'tools'}:{ROOT / 'tests'}", **environment))
 
 
@@ -210,19 +210,20 @@ def samples(windows):
 
 
 def documents(windows):
-    """Examples in documents print what they say; those that cannot run say so."""
     def suite(run):
-        with registered(run, windows), tempfile.TemporaryDirectory() as folder:
-            for name in ['README.md', *sorted(str(path.relative_to(ROOT)) for path in (ROOT / 'docs').rglob('*.md'))]:
-                text = (ROOT / name).read_text(encoding='utf-8')
-                lines = [str(each.line) for each in doc_examples.unmarked(text)]
-                yield Result(f'{name}: examples run or say that they do not', 'failed' if lines else 'passed',
-                             f'lines {", ".join(lines)}')
-                for language, expected, output, code in doc_examples.run(
-                        run, windows, text, BUILD / windows.preset / 'generated/zepkit10', pathlib.Path(folder)):
-                    bad = doc_examples.difference(expected, output) or (f'exit code {code}' if code else '')
-                    yield Result(f'{name}: {language} examples', 'failed' if bad else 'passed', bad)
+        with registered(run, windows):
+            yield from doc_suites.documents(run, windows, BUILD / windows.preset / 'generated/zepkit10')
     return suite
+
+
+def docs(run):
+    with registered(run, Windows('x64')):
+        yield from doc_suites.docs(run)
+
+
+def docs_browser(run):
+    with registered(run, Windows('x64')):
+        yield from doc_suites.docs_browser(run)
 
 
 def binary(run):
@@ -272,6 +273,8 @@ SUITES = {
     'fuzz': fuzz,
     **suites_on('x64'),
     'binary': binary,
+    'docs': docs,
+    'docs-browser': docs_browser,
     **X86_SUITES,
 }
 
