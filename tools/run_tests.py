@@ -166,6 +166,14 @@ def com_dll(windows, gtest_filter):
     return suite
 
 
+def monkey(windows):
+    """A short run: every member, with arguments at random."""
+    def suite(run):
+        run.build(windows.preset)
+        yield from program_results(*run.program([*windows.built('monkey'), '--calls', '100000', '--seed', '1']))
+    return suite
+
+
 @contextlib.contextmanager
 def registered(run, windows):
     """The component is registered, for clients that find it as users' programs do."""
@@ -257,6 +265,7 @@ def suites_on(preset):
         'com-dll': com_dll(english, '-*German*'),
         'com-german': com(german, '*German*'),
         'com-dll-german': com_dll(german, '*German*'),
+        'monkey': monkey(english),
         'registration': registration(english),
         'package': package(english),
         'script': script(english),

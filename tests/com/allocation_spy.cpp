@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <objidl.h>
 
+#include <cstdint>
 #include <map>
 #include <mutex>
 
@@ -44,6 +45,15 @@ class Spy final : public IMallocSpy {
     return text;
   }
 
+  std::size_t CountSince(std::size_t then) {
+    const std::scoped_lock lock(mutex_);
+    std::size_t count = 0;
+    for (const auto& [address, block] : blocks_) count += block.serial > then;
+    return count;
+  }
+
+  void Limit(std::size_t bytes) { limit_ = bytes; }
+
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
     *result = iid == IID_IUnknown || iid == IID_IMallocSpy ? this : nullptr;
     return *result ? S_OK : E_NOINTERFACE;
@@ -53,7 +63,7 @@ class Spy final : public IMallocSpy {
 
   SIZE_T STDMETHODCALLTYPE PreAlloc(SIZE_T size) override {
     requested_ = size;
-    return size;
+    return Granted(size);
   }
   void* STDMETHODCALLTYPE PostAlloc(void* block) override {
     Add(block);
@@ -65,9 +75,10 @@ class Spy final : public IMallocSpy {
   }
   void STDMETHODCALLTYPE PostFree(BOOL) override {}
   SIZE_T STDMETHODCALLTYPE PreRealloc(void* block, SIZE_T size, void** request, BOOL) override {
+    *request = block;
+    if (Granted(size) == 0 && size > 0) return 0;
     requested_ = size;
     Remove(block);
-    *request = block;
     return size;
   }
   void* STDMETHODCALLTYPE PostRealloc(void* block, BOOL) override {
@@ -87,6 +98,9 @@ class Spy final : public IMallocSpy {
     SIZE_T size;
   };
 
+  /// 0 refuses a block.
+  SIZE_T Granted(SIZE_T size) const { return size > limit_ ? 0 : size; }
+
   void Add(void* block) {
     const std::scoped_lock lock(mutex_);
     if (block) blocks_[block] = {++serial_, requested_};
@@ -99,6 +113,7 @@ class Spy final : public IMallocSpy {
   std::mutex mutex_;
   std::map<void*, Block> blocks_;
   std::size_t serial_ = 0;
+  std::size_t limit_ = SIZE_MAX;
   static thread_local SIZE_T requested_;
 };
 
@@ -109,5 +124,9 @@ thread_local SIZE_T Spy::requested_ = 0;
 std::size_t Now() { return Spy::Registered().Now(); }
 
 std::string OutstandingSince(std::size_t then) { return Spy::Registered().OutstandingSince(then); }
+
+std::size_t CountSince(std::size_t then) { return Spy::Registered().CountSince(then); }
+
+void Limit(std::size_t bytes) { Spy::Registered().Limit(bytes); }
 
 }  // namespace allocation_spy

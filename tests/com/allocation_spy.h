@@ -13,4 +13,10 @@ std::size_t Now();
 /// The blocks allocated since then that have not been freed, as text; empty where there is none.
 std::string OutstandingSince(std::size_t then);
 
+/// How many they are.
+std::size_t CountSince(std::size_t then);
+
+/// From now on larger blocks are refused.
+void Limit(std::size_t bytes);
+
 }  // namespace allocation_spy

@@ -4,17 +4,10 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <map>
 
 #include "com/argument_catalogue.h"
-#include "com/class_walk.h"
 #include "com/client.h"
-#include "com/component.h"
-#include "com/import_hook.h"
 #include "com/probe/probe_test.h"
-
-DECLARE_IMPORT(SetCursorPos, 8);
-DECLARE_IMPORT(SystemParametersInfoA, 16);
 
 namespace {
 
@@ -88,7 +81,7 @@ class Monkey {
     ArgumentCatalogue catalogue(random_, objects);
     std::vector<VARIANT> arguments(member.parameters);
     if (random_() % 8 == 0) arguments.resize(random_() % 5);
-    std::vector<std::string> before;
+    std::vector<std::uint64_t> before;
     for (VARIANT& argument : arguments) {
       argument = catalogue.Any();
       before.push_back(ArgumentCatalogue::Fingerprint(argument));
@@ -183,55 +176,6 @@ TEST_F(BinderMonkeyTest, ProbesWithstandAnything) {
     const auto list = probes[0]->List();
     for (int i = 1; i <= 2; ++i) probes.push_back(list->Item(client::Value(i).raw()));
     targets.push_back({list->Abi(), MembersOf(zepkit10::kProbeListClass)});
-    return targets;
-  });
-  let_go();
-}
-
-/// Takes changes of what all programs share, and leaves it as it is.
-BOOL WINAPI LeavePointer(int, int) { return TRUE; }
-BOOL WINAPI LeaveSettings(UINT, UINT, void* room, UINT) {
-  if (room) *static_cast<int*>(room) = 1;
-  return TRUE;
-}
-
-class ComponentMonkeyTest : public probe::AllocationCheck, public component::Test {
- private:
-  const ImportHook<&__imp_SetCursorPos> pointer_{LeavePointer};
-  const ImportHook<&__imp_SystemParametersInfoA> settings_{LeaveSettings};
-};
-
-TEST_F(ComponentMonkeyTest, EveryClassWithstandsAnything) {
-  if (!component::IsLinked())
-    GTEST_SKIP() << "what a DLL keeps for itself cannot be told from a leak";
-  // Draw may rightly take as long as its chart is large, dialogs as long as their user takes, and
-  // the others change the file system.
-  const std::vector<std::wstring> left_out = {
-      L"Draw",    L"ShowOpen", L"ShowSave", L"OpenFileByCdl", L"SaveAsByCdl",
-      L"Save",    L"SaveAs",   L"OpenFile", L"GetFiles",      L"IniEntry",
-      L"LogText", L"MakeDir",  L"ShowAbout"};
-  const auto classes = class_walk::Classes();
-  client::Object board;
-  const auto let_go = [&board] {  // of messages that lead back to their board
-    while (board && board.Call(L"Remove", {1, false}).ok()) {
-    }
-  };
-  Monkey(50000).Run([&] {
-    let_go();
-    std::vector<Target> targets;
-    for (const auto& [name, object] : class_walk::FindObjects()) {
-      const auto& described = *std::find_if(classes.begin(), classes.end(),
-                                            [&](const auto& each) { return each.name == name; });
-      Target target{object, {}};
-      for (const auto& slot : class_walk::SlotsOf(described.default_interface)) {
-        if (std::count(left_out.begin(), left_out.end(), slot.name)) continue;
-        target.members.push_back(
-            {slot.id, static_cast<WORD>(slot.kind),
-             static_cast<unsigned>(slot.types.size()) - (slot.has_result ? 1 : 0)});
-      }
-      if (name == L"Messages") board = {object.Get(), client::Binding::kDispatch};
-      targets.push_back(std::move(target));
-    }
     return targets;
   });
   let_go();

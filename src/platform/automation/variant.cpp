@@ -25,6 +25,8 @@ Variant CopyOf(const VARIANT& value) {
   if (!followed) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
   Variant copy;
   const HRESULT hr = VariantCopyInd(copy.Out(), const_cast<VARIANT*>(followed));
+  // This is what the platform says of some types that no variable has, and not of others.
+  if (hr == E_INVALIDARG) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
   if (FAILED(hr)) RaiseRefusal(hr);
   return copy;
 }

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <random>
+
+namespace monkey {
+
+/// Stands in for what a run must not reach: the dialogs' user, the pointer, the settings and the
+/// loudspeaker of the machine. As long as it lives.
+class StandIns {
+ public:
+  /// `interfere` is run now and then while a dialog is up.
+  StandIns(std::mt19937& random, const std::function<void()>& interfere);
+  ~StandIns();
+  StandIns(const StandIns&) = delete;
+  StandIns& operator=(const StandIns&) = delete;
+
+ private:
+  struct Hooks;
+  const std::unique_ptr<Hooks> hooks_;
+};
+
+}  // namespace monkey
