@@ -26,7 +26,7 @@ bool AreUnequal(const VARIANT& left, const VARIANT& right) {
   // Without a locale texts are compared code unit by code unit.
   constexpr LCID kBinary = 0;
   const HRESULT hr = VarCmp(const_cast<VARIANT*>(&left), const_cast<VARIANT*>(&right), kBinary, 0);
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   return hr == VARCMP_LT || hr == VARCMP_GT;
 }
 

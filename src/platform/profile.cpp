@@ -14,9 +14,14 @@ constexpr char kMissing[] = "### Def ###";
 constexpr DWORD kBufferSize = 256;
 
 /// The system takes texts up to a NUL: with one inside it would work on other entries than named.
-bool HasNul(std::initializer_list<std::u16string_view> texts) {
-  return std::any_of(texts.begin(), texts.end(),
-                     [](auto text) { return text.find(u'\0') != text.npos; });
+/// It refuses what its own strings cannot hold, and not every system survives that.
+bool IsUnfit(std::u16string_view text) {
+  constexpr std::size_t kLongest = 32766;
+  return text.size() > kLongest || text.find(u'\0') != text.npos;
+}
+
+bool AnyIsUnfit(std::initializer_list<std::u16string_view> texts) {
+  return std::any_of(texts.begin(), texts.end(), IsUnfit);
 }
 
 }  // namespace
@@ -24,7 +29,7 @@ bool HasNul(std::initializer_list<std::u16string_view> texts) {
 std::optional<std::u16string> ReadProfileEntry(std::u16string_view file,
                                                std::u16string_view section,
                                                std::u16string_view key) {
-  if (HasNul({file, section, key})) return {};
+  if (AnyIsUnfit({file, section, key})) return {};
   const std::string ansi_section = AnsiOf(section);
   const std::string ansi_key = AnsiOf(key);
   char buffer[kBufferSize];
@@ -40,7 +45,7 @@ std::optional<std::u16string> ReadProfileEntry(std::u16string_view file,
 
 void WriteProfileEntry(std::u16string_view file, std::u16string_view section,
                        std::u16string_view key, std::u16string_view value) {
-  if (HasNul({file, section, key, value})) return;
+  if (AnyIsUnfit({file, section, key, value})) return;
   const std::string ansi_section = AnsiOf(section);
   const std::string ansi_key = AnsiOf(key);
   const std::string ansi_value = AnsiOf(value);

@@ -142,7 +142,7 @@ void ArrayCopy::AppendElement(const VARIANT& element) {
   if (value.get().vt != type_) {
     const HRESULT hr = VariantChangeTypeEx(value.Out(), value.Out(), LOCALE_USER_DEFAULT,
                                            VARIANT_ALPHABOOL, type_);
-    if (FAILED(hr)) RaiseRefusal(hr);
+    if (FAILED(hr)) RaiseValueRefusal(hr);
   }
   if (IsObjectType(type_)) Narrow(&value);
   VARIANT owned = value.Detach();

@@ -195,6 +195,25 @@ void** Out(Microsoft::WRL::ComPtr<IUnknown>& pointer) {
   return reinterpret_cast<void**>(pointer.ReleaseAndGetAddressOf());
 }
 
+TEST_P(CollectionTest, TypesThatNoValueHasMismatch) {
+  Microsoft::WRL::ComPtr<_Collection> early_bound;
+  ASSERT_EQ(S_OK, collection_.get()->QueryInterface(
+                      IID__Collection, reinterpret_cast<void**>(early_bound.GetAddressOf())));
+  const HRESULT mismatch = static_cast<HRESULT>(0x800A0000 + kTypeMismatch);
+  VARIANT missing{};
+  missing.vt = VT_ERROR;
+  missing.scode = DISP_E_PARAMNOTFOUND;
+  for (const int type : {15, int{VT_VOID}, int{VT_BLOB}, int{VT_CLSID}, int{VT_RESERVED} | VT_I4}) {
+    VARIANT value{}, item{};
+    value.vt = static_cast<VARTYPE>(type);
+    EXPECT_EQ(mismatch, early_bound->Add(value, missing, missing, missing)) << type;
+    EXPECT_EQ(mismatch, early_bound->get_Item(value, &item)) << type;
+    EXPECT_EQ(mismatch, early_bound->Remove(value)) << type;
+  }
+  EXPECT_EQ(collection_.Get(L"Count"), 3);
+  SetErrorInfo(0, nullptr);
+}
+
 // The type library describes the interface of collections, but no class.
 TEST_P(CollectionTest, HasAnInterfaceButNoClass) {
   using Microsoft::WRL::ComPtr;

@@ -47,6 +47,20 @@ TEST_P(IniEntryTest, ReadsWhatWasWritten) {
   EXPECT_EQ(Read(file_, L"section", L"other"), L"");
 }
 
+TEST_P(IniEntryTest, TextsThatTheSystemCannotHoldAreNoEntries) {
+  const std::wstring longest(32766, L'a'), too_long(32767, L'a');
+  folder_.File(L"a.ini", "[section]\r\nkey=value\r\n");
+  EXPECT_OK(Write(file_, too_long, L"key", L"x"));
+  EXPECT_OK(Write(file_, L"section", too_long, L"x"));
+  EXPECT_OK(Write(file_, L"section", L"key", too_long));
+  EXPECT_OK(Write(too_long, L"section", L"key", L"x"));
+  EXPECT_EQ(folder_.Read(L"a.ini"), "[section]\r\nkey=value\r\n");
+  ExpectMissing(too_long, L"key");
+  ExpectMissing(L"section", too_long);
+  EXPECT_OK(Write(file_, L"section", longest, L"x"));
+  EXPECT_EQ(Read(file_, L"section", longest), L"x");
+}
+
 TEST_P(IniEntryTest, AMissingFileIsNotFound) {
   folder_.Directory(L"d");
   for (const std::wstring& file : {file_, folder_ / L"missing\\a.ini", folder_ / L"d",

@@ -6,7 +6,6 @@
 // The exit code is 0 only where it found nothing.
 #include <windows.h>
 #include <ole2.h>
-#include <wrl/client.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -14,15 +13,13 @@
 #include <cstring>
 #include <string>
 
-#include "Zepkit10.h"
 #include "com/allocation_spy.h"
+#include "monkey/first_uses.h"
 #include "monkey/jail.h"
 #include "monkey/journal.h"
 #include "monkey/resources.h"
 #include "monkey/round.h"
 #include "monkey/type_library.h"
-
-STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result);
 
 namespace {
 
@@ -66,18 +63,6 @@ std::wstring OwnPath() {
   return path;
 }
 
-/// A document that goes without closing its file leaves it to the library, which keeps a list of
-/// them for good.
-void LeaveFileOpen() {
-  Microsoft::WRL::ComPtr<IClassFactory> factory;
-  Microsoft::WRL::ComPtr<_DocHand> document;
-  DllGetClassObject(CLSID_DocHand, IID_PPV_ARGS(&factory));
-  factory->CreateInstance(nullptr, IID_PPV_ARGS(&document));
-  const BSTR name = SysAllocString(L"a.txt");
-  document->OpenFile(name, VARIANT_TRUE);
-  SysFreeString(name);
-}
-
 class Run {
  public:
   explicit Run(const Options& options) : options_(options) {
@@ -96,16 +81,15 @@ class Run {
     journal::Begin(options_.only);
     // The platform keeps much of what it makes at its first use.
     jail_.CleanUp();
-    LeaveFileOpen();
-    PlayRound(kWarmUpSeed, kCallsOfRound);
-    PlayRound(kWarmUpSeed + 1, kCallsOfRound);
+    MakeFirstUses();
+    // The platform keeps much of what it makes at its first use.
+    for (int i = 0; i < 2; ++i) PlayRound(kWarmUpSeed + i, kCallsOfRound, Round::Kind::kWarmUp);
     for (Target& target : targets_) target = {target.class_index, target.member};
-
     start_ = before_ = Resources::Now();
     std::uint64_t left = options_.calls;
     for (std::uint64_t seed = options_.seed; left > 0; ++seed) {
       const std::uint64_t calls = std::min(left, kCallsOfRound);
-      PlayRound(seed, calls);
+      PlayRound(seed, calls, Round::Kind::kCounted);
       const Resources after = Resources::Now();
       if (after != before_) journal::ReportLeak(Growth(before_, after));
       before_ = after;
@@ -144,8 +128,8 @@ class Run {
  private:
   static constexpr std::uint64_t kWarmUpSeed = 4'000'000'000;
 
-  void PlayRound(std::uint64_t seed, std::uint64_t calls) {
-    Round round(seed, classes_, targets_, chosen_, jail_);
+  void PlayRound(std::uint64_t seed, std::uint64_t calls, Round::Kind kind) {
+    Round round(seed, classes_, targets_, chosen_, jail_, kind);
     round.Play(calls);
   }
 

@@ -45,12 +45,13 @@ HWND MakeMessageWindow(WNDPROC procedure) {
 }  // namespace
 
 Round::Round(std::uint64_t seed, const std::vector<Class>& classes, std::vector<Target>& targets,
-             const std::vector<std::size_t>& chosen, Jail& jail)
+             const std::vector<std::size_t>& chosen, Jail& jail, Kind kind)
     : random_(static_cast<std::mt19937::result_type>(seed)),
       classes_(classes),
       targets_(targets),
       chosen_(chosen),
       jail_(jail),
+      stand_ins_(random_, interfere_, kind == Kind::kWarmUp),
       population_(random_, classes,
                   [this](IDispatch* object, const Class& its_class) {
                     return ConnectTo(object, its_class);
@@ -146,14 +147,14 @@ void Round::Call(Target& target, IDispatch* object) {
     const journal::Running running({&ClassAt(target.class_index), target.member,
                                     by_vtable ? "vtable" : "IDispatch", &catalogue});
     ++target.called;
-    const auto start = __rdtsc();
+    const auto start = __builtin_ia32_rdtsc();
     target.through_vtable += by_vtable;
     const bool succeeded = by_vtable ? CallThroughVtable(object, target, catalogue)
                                      : CallThroughDispatch(object, target, catalogue);
     target.succeeded += succeeded;
     if (target.member->kind == INVOKE_PROPERTYPUT && population_.Has(object)) LimitChart(object);
     catalogue.Clear();
-    target.time += __rdtsc() - start;
+    target.time += __builtin_ia32_rdtsc() - start;
   }
   --depth_;
 }

@@ -32,9 +32,12 @@ struct Target {
 /// A number of calls that depend on their seed alone. It begins and ends with no object.
 class Round {
  public:
+  /// A warm-up makes all of the windows that other rounds make some of.
+  enum class Kind { kWarmUp, kCounted };
+
   /// `chosen` are the positions of the targets to be called; the others only make objects.
   Round(std::uint64_t seed, const std::vector<Class>& classes, std::vector<Target>& targets,
-        const std::vector<std::size_t>& chosen, Jail& jail);
+        const std::vector<std::size_t>& chosen, Jail& jail, Kind kind);
   ~Round();
   Round(const Round&) = delete;
   Round& operator=(const Round&) = delete;
@@ -88,7 +91,7 @@ class Round {
   Jail& jail_;
   const std::function<void()> interfere_ = [this] { Interfere(); };
   Strangers strangers_{random_, interfere_};
-  const StandIns stand_ins_{random_, interfere_};
+  const StandIns stand_ins_;
   Population population_;
   std::deque<ArgumentCatalogue> catalogues_;  // of calls inside of calls
   Microsoft::WRL::ComPtr<IDispatch> root_;    // keeps the shared library, in every other round

@@ -4,7 +4,6 @@
 #include <commdlg.h>
 
 #include <algorithm>
-#include <utility>
 
 #include "com/import_hook.h"
 
@@ -25,6 +24,7 @@ using GetMessageHook = ImportHook<&__imp_GetMessageW>;
 std::mt19937* chance = nullptr;
 const std::function<void()>* interference = nullptr;
 HWND about_window = nullptr;
+bool all_windows = false;
 
 /// Chooses a file, several, one with a name as long as there is room for, or none.
 BOOL WINAPI AnswerFileDialog(OPENFILENAMEW* dialog) {
@@ -46,9 +46,7 @@ BOOL WINAPI AnswerFileDialog(OPENFILENAMEW* dialog) {
 /// Refuses most windows, as a system without a display does: they cost time.
 HWND WINAPI CreateDialogSometimes(HINSTANCE instance, const wchar_t* name, HWND owner,
                                   DLGPROC procedure, LPARAM parameter) {
-  // The platform keeps much of what it makes for the first one.
-  static bool is_first = true;
-  if ((*chance)() % 16 && !std::exchange(is_first, false)) return nullptr;
+  if ((*chance)() % 16 && !all_windows) return nullptr;
   return about_window = CreateDialogHook::kSystem(instance, name, owner, procedure, parameter);
 }
 
@@ -83,10 +81,12 @@ struct StandIns::Hooks {
   const ImportHook<&__imp_MessageBeep> beep{KeepQuiet};
 };
 
-StandIns::StandIns(std::mt19937& random, const std::function<void()>& interfere)
+StandIns::StandIns(std::mt19937& random, const std::function<void()>& interfere,
+                   bool makes_all_windows)
     : hooks_(std::make_unique<Hooks>()) {
   chance = &random;
   interference = &interfere;
+  all_windows = makes_all_windows;
 }
 
 StandIns::~StandIns() = default;

@@ -11,7 +11,8 @@ namespace monkey {
 class StandIns {
  public:
   /// `interfere` is run now and then while a dialog is up.
-  StandIns(std::mt19937& random, const std::function<void()>& interfere);
+  /// Of the about windows only some are made, because they cost time, or all.
+  StandIns(std::mt19937& random, const std::function<void()>& interfere, bool makes_all_windows);
   ~StandIns();
   StandIns(const StandIns&) = delete;
   StandIns& operator=(const StandIns&) = delete;

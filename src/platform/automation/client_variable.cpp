@@ -49,7 +49,7 @@ Variant ClientVariable::Fit(Variant value) const {
   if (!IsTyped() || value.get().vt == Type()) return value;
   const HRESULT hr =
       VariantChangeTypeEx(value.Out(), value.Out(), LOCALE_USER_DEFAULT, VARIANT_ALPHABOOL, Type());
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   return value;
 }
 

@@ -55,7 +55,7 @@ Variant Convert(const VARIANT& value, VARTYPE type) {
   Variant converted;
   const HRESULT hr = VariantChangeTypeEx(converted.Out(), const_cast<VARIANT*>(&value),
                                          LOCALE_USER_DEFAULT, 0, type);
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   return converted;
 }
 
@@ -68,7 +68,7 @@ Variant CalculateByPlatform(const VARIANT& left, const VARIANT& right, Operation
   Variant result;
   const HRESULT hr =
       operation(const_cast<VARIANT*>(&left), const_cast<VARIANT*>(&right), result.Out());
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   if (IsInfinite(result.get()) && !IsInfinite(left) && !IsInfinite(right)) {
     RaiseRefusal(DISP_E_OVERFLOW);
   }
@@ -141,7 +141,7 @@ int CompareNumbers(const VARIANT& left, const VARIANT& right) {
   }
   const HRESULT order =
       VarCmp(const_cast<VARIANT*>(&left), const_cast<VARIANT*>(&right), LOCALE_USER_DEFAULT, 0);
-  if (FAILED(order)) RaiseRefusal(order);
+  if (FAILED(order)) RaiseValueRefusal(order);
   return static_cast<int>(order) - VARCMP_EQ;
 }
 

@@ -98,6 +98,10 @@ void RaiseRefusal(HRESULT refused) {
   throw Failure{FromHresult(refused), {}, {}};
 }
 
+void RaiseValueRefusal(HRESULT refused) {
+  RaiseRefusal(refused == E_INVALIDARG ? DISP_E_BADVARTYPE : refused);
+}
+
 HRESULT Refuse(HRESULT result) noexcept {
   SetErrorInfo(0, nullptr);
   return result;

@@ -26,5 +26,8 @@ std::int32_t FromHresult(HRESULT failed) noexcept;
 
 /// Raises what a function of the platform reports.
 [[noreturn]] void RaiseRefusal(HRESULT refused);
+/// The same of what the platform refuses to do with a value: a type that no value has is a type
+/// mismatch, whatever the platform says of it.
+[[noreturn]] void RaiseValueRefusal(HRESULT refused);
 
 }  // namespace zepkit10

@@ -25,9 +25,7 @@ Variant CopyOf(const VARIANT& value) {
   if (!followed) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
   Variant copy;
   const HRESULT hr = VariantCopyInd(copy.Out(), const_cast<VARIANT*>(followed));
-  // This is what the platform says of some types that no variable has, and not of others.
-  if (hr == E_INVALIDARG) RaiseRuntimeError(ZepVbErrors3To98::zepVbErrTypeMismatch);
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   return copy;
 }
 
@@ -37,7 +35,7 @@ std::int32_t ConvertToLong(const VARIANT& value) {
   Variant number;
   const HRESULT hr = VariantChangeTypeEx(number.Out(), const_cast<VARIANT*>(followed),
                                          LOCALE_USER_DEFAULT, 0, VT_I4);
-  if (FAILED(hr)) RaiseRefusal(hr);
+  if (FAILED(hr)) RaiseValueRefusal(hr);
   return number.get().lVal;
 }
 
