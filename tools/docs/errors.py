@@ -51,6 +51,8 @@ class Catalogue:
         self.by_key.setdefault(key, Error(key, constant.value, hresult & 0xFFFFFFFF, constant.name, text, enumeration))
 
     def __getitem__(self, key):
+        if key not in self:
+            raise KeyError(f'a text names the error {key}, which no enumeration has')
         return self.by_key[key]
 
     def __contains__(self, key):

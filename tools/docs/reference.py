@@ -91,7 +91,7 @@ class Reference:
         name = link(page, f'{self.path(error.enumeration)}#{error.constant}', escape(error.constant))
         raised = ', '.join(link(page, f'{page}#{each}', escape(each)) for each in members)
         inline = re.sub(r'^<p>(.*)</p>$', r'\1', render(advice), flags=re.DOTALL)
-        number = f'{error.number}<br><small>0x{error.hresult:08X}</small>'
+        number = f'{error.number}<br> <small>0x{error.hresult:08X}</small>'
         return (f'<tr id="error-{key}"><td>{number}</td><td>{name}<br>{escape(error.text)}</td>'
                 f'<td>{raised or "all members"}</td><td>{inline}</td></tr>\n')
 
@@ -109,11 +109,20 @@ class Reference:
         return ('<h2 id="errors">Errors</h2>\n<div class="wide"><table class="error-table">\n<tr><th>Number</th>'
                 f'<th>Error</th><th>Raised by</th><th>What to do</th></tr>\n{"".join(rows)}</table></div>\n')
 
+    def jumps(self, page, described, document):
+        """Links to the parts of a class's page."""
+        kinds = {each.kind for each in described.members + described.events}
+        names = ['Example', *(NOUNS[kind] for kind in NOUNS if kind in kinds),
+                 *(name for name in document.sections if not name.startswith('Example') and name != 'Errors'), 'Errors']
+        links = ' · '.join(link(page, f'{page}#{name.lower().replace(" ", "-")}', escape(name)) for name in names)
+        return f'<p class="jumps">{links}</p>\n'
+
     def class_page(self, described, document):
         page = self.path(described.name)
         made = (f'<code>CreateObject("Zepkit10.{described.name}")</code>' if described.creatable
                 else 'Not created by clients: other members return it.')
-        body = [f'<h1>{escape(described.name)}</h1>\n', render(document.lead), f'<p class="made">{made}</p>\n']
+        body = [f'<h1>{escape(described.name)}</h1>\n', render(document.lead), f'<p class="made">{made}</p>\n',
+                self.jumps(page, described, document)]
         for heading, text in document.sections.items():
             if heading.startswith('Example'):
                 body.append(render(f'## {heading}\n\n{text}'))
@@ -128,7 +137,7 @@ class Reference:
         hexadecimal = enumeration.name == 'ZepErrors'
         rows = []
         for each in enumeration.constants:
-            number = f'{each.value}' + (f'<br><small>0x{each.value & 0xFFFFFFFF:08X}</small>' if hexadecimal else '')
+            number = f'{each.value}' + (f'<br> <small>0x{each.value & 0xFFFFFFFF:08X}</small>' if hexadecimal else '')
             comment = re.sub(r'^0x\w+: ', '', each.comment)
             rows.append(f'<tr id="{each.name}"><td><code>{each.name}</code></td><td>{number}</td>'
                         f'<td>{escape(comment)}</td></tr>\n')
