@@ -50,6 +50,7 @@ void ShowAbout(_Global& global, IPictureDisp* icon, ULONG lines) {
 }  // namespace
 
 void MakeFirstUses() {
+  for (int colour = 0; colour <= COLOR_MENUBAR; ++colour) GetSysColorBrush(colour);
   std::mt19937 random;
   const std::function<void()> nothing = [] {};
   const StandIns stand_ins(random, nothing, true);

@@ -86,13 +86,14 @@ class Run {
     for (int i = 0; i < 2; ++i) PlayRound(kWarmUpSeed + i, kCallsOfRound, Round::Kind::kWarmUp);
     for (Target& target : targets_) target = {target.class_index, target.member};
     start_ = before_ = Resources::Now();
-    std::uint64_t left = options_.calls;
+    std::uint64_t left = options_.calls, rounds = 0;
     for (std::uint64_t seed = options_.seed; left > 0; ++seed) {
       const std::uint64_t calls = std::min(left, kCallsOfRound);
       PlayRound(seed, calls, Round::Kind::kCounted);
       const Resources after = Resources::Now();
       if (after != before_) journal::ReportLeak(Growth(before_, after));
       before_ = after;
+      if (++rounds % kRoundsBetweenWords == 0) PrintProgress(rounds);
       left -= calls;
     }
   }
@@ -126,11 +127,18 @@ class Run {
   }
 
  private:
+  static constexpr std::uint64_t kRoundsBetweenWords = 100;
   static constexpr std::uint64_t kWarmUpSeed = 4'000'000'000;
 
   void PlayRound(std::uint64_t seed, std::uint64_t calls, Round::Kind kind) {
     Round round(seed, classes_, targets_, chosen_, jail_, kind);
     round.Play(calls);
+  }
+
+  static void PrintProgress(std::uint64_t rounds) {
+    std::printf("%llu rounds, %lu findings\n", static_cast<unsigned long long>(rounds),
+                journal::Found().All());
+    std::fflush(stdout);
   }
 
   void PrintTarget(const Target& target) const {
