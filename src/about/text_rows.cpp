@@ -14,7 +14,7 @@ bool IsControl(char16_t unit) { return unit < u' ' || (unit >= 0x7F && unit < 0x
 
 bool IsTrailing(char16_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-/// Where a line is to be broken of which only `fits` units fit.
+/// Where the rest of a line is to be broken of which only `fits` units fit.
 std::size_t BreakOf(std::u16string_view line, std::size_t fits) {
   // A space right behind what fits may hang over.
   const std::size_t space = line.rfind(u' ', fits);
@@ -27,14 +27,14 @@ std::size_t BreakOf(std::u16string_view line, std::size_t fits) {
 void WrapLine(std::u16string_view text, std::size_t begin, std::size_t end, const FitText& fit,
               WrappedText& wrapped) {
   do {
-    const std::u16string_view line = text.substr(begin, std::min(end - begin, kMaxRow));
-    const auto [fits, width] = fit(line);
+    const std::u16string_view rest = text.substr(begin, end - begin);
+    const auto [fits, width] = fit(rest.substr(0, kMaxRow));
     wrapped.width = std::max(wrapped.width, width);
-    if (fits >= end - begin) {
-      wrapped.rows.push_back({begin, end - begin});
+    if (fits >= rest.size()) {
+      wrapped.rows.push_back({begin, rest.size()});
       return;
     }
-    const std::size_t length = BreakOf(line, std::min(fits, line.size()));
+    const std::size_t length = BreakOf(rest, fits);
     wrapped.rows.push_back({begin, length});
     begin += length;
     if (begin < end && text[begin] == u' ') ++begin;

@@ -33,7 +33,7 @@ using FitText = std::function<TextFit(std::u16string_view text)>;
 
 struct WrappedText {
   std::vector<TextRow> rows;  // one at least
-  int width = 0;              // of the widest row
+  int width = 0;              // of the widest row or more: what fits may end behind a break
 };
 
 /// Breaks a text into rows: at line feeds, at spaces where a line is too long, and in the middle of

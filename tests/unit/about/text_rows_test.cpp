@@ -74,6 +74,13 @@ TEST(WrapTextTest, SurrogatePairsStayTogether) {
                    u"a"));
 }
 
+TEST(WrapTextTest, OnlyTrailingSurrogatesAreKeptInTheRow) {
+  for (const char16_t c : {u'\xD7FF', u'\xE000', u'\xFFFD'}) {
+    const std::u16string text = u"0123456789" + std::u16string(1, c);
+    EXPECT_EQ((Rows{u"0123456789", std::u16string(1, c)}), RowsOf(text));
+  }
+}
+
 TEST(WrapTextTest, ARowHoldsOneCharacterAtLeast) {
   const auto rows = WrapText(
                         u"a\xD83D\xDE00"
@@ -109,6 +116,15 @@ TEST(WrapTextTest, MeasuresNoMoreOfALongLineThanARowShows) {
                     }).rows;
   EXPECT_EQ(100'000u, rows.size());
   EXPECT_LE(longest, 1024u);
+}
+
+TEST(WrapTextTest, ARowOfTheMostUnitsBreaksLikeAnyOther) {
+  const std::u16string most(1024, u'x'), pair = u"\xD83D\xDE00";
+  const auto rows_of = [](std::u16string_view text) {
+    return WrapText(text, [](std::u16string_view line) { return TextFit{line.size(), 1}; }).rows;
+  };
+  EXPECT_EQ((std::vector<TextRow>{{0, 1024}, {1025, 1}}), rows_of(u"a " + most.substr(2) + u" b"));
+  EXPECT_EQ((std::vector<TextRow>{{0, 1023}, {1023, 3}}), rows_of(most.substr(1) + pair + u"a"));
 }
 
 TEST(WrapTextTest, AWideEnoughRowStillEnds) {
