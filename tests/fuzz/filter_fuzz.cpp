@@ -2,19 +2,12 @@
 // part, and what a buffer holds is found within it. The first byte tells whether several files may
 // be chosen, the rest is the text, in Latin-1.
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "doc/dialog_text.h"
+#include "fuzz/expect.h"
 
 namespace {
-
-void Expect(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 /// A list of filters as the system reads it: pairs up to an empty part.
 std::u16string ReadBack(const std::u16string& list) {

@@ -1,21 +1,14 @@
 // Titles of documents: the last item of the path as a list between backslashes. The input is a
 // path, in Latin-1.
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 
 #include "doc/title.h"
 #include "frame/errors.h"
+#include "fuzz/expect.h"
 #include "unit/util/naive_list.h"
 
 namespace {
-
-void Expect(bool condition, const char* what) {
-  if (condition) return;
-  std::fprintf(stderr, "%s\n", what);
-  std::abort();
-}
 
 /// Whether a path without items is refused.
 bool IsRefused(std::u16string_view path) {

@@ -5,38 +5,19 @@
 #include <cmath>
 #include <limits>
 #include <random>
-#include <set>
+
+#include "unit/chart/naive_ticks.h"
 
 namespace zepkit10 {
 namespace {
 
+using naive::VisiblePixels;
+
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
 
-std::set<int> VisiblePixels(const std::vector<float>& ticks, const Axis& axis) {
-  std::set<int> pixels;
-  for (const float tick : ticks) {
-    if (const auto pixel = axis.ToVisiblePixel(tick)) pixels.insert(*pixel);
-  }
-  return pixels;
-}
-
-/// The loop as it stands, up to a number of rounds; nothing where these are not enough.
-std::optional<std::set<int>> PlainLoop(float end, float step, const Axis& axis, int rounds) {
-  std::vector<float> ticks;
-  float counter = 0;
-  while (step < 0 ? counter >= end : counter <= end) {
-    if (rounds-- == 0) return {};
-    ticks.push_back(counter);
-    const float next = counter + step;
-    if (next == counter) break;
-    counter = next;
-  }
-  return VisiblePixels(ticks, axis);
-}
-
 void ExpectAsPlain(float end, float step, const Axis& axis, int rounds = 20000) {
-  const auto plain = PlainLoop(end, step, axis, rounds);
+  const auto plain = naive::TickPixels(end, step, axis, rounds);
   const std::vector<float> ticks = PlanTicks(end, step, axis);
   EXPECT_LE(ticks.size(), static_cast<std::size_t>(axis.Pixels()));
   if (!plain) return;

@@ -71,12 +71,6 @@ Term Grown(std::mt19937& random, int depth) {
   return Term(std::move(nodes));
 }
 
-/// A term that never has a plan if it has variables.
-class Unplanned final : public TestExpression {
- public:
-  Evaluable* FindVariable(char16_t) override { return nullptr; }
-};
-
 TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
   static std::uint32_t seed = 0;
   std::mt19937 random(++seed);
@@ -85,7 +79,7 @@ TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
     TestExpressions set;
     for (const char16_t name : kVariables) set.Set(name, 1.0);
     TestExpression planned;
-    Unplanned unplanned;
+    UnplannedExpression unplanned;
     planned.term = unplanned.term = Grown(random, 1 + static_cast<int>(random() % 6));
     planned.expressions = unplanned.expressions = &set;
     TestExpression* numbers[] = {&set.At(u'x'), &set.At(u'y'), &set.At(u'z')};

@@ -59,6 +59,12 @@ class TestExpression : public Evaluable {
   TestExpressions* expressions = nullptr;
 };
 
+/// A term that never has a plan if it has variables.
+class UnplannedExpression final : public TestExpression {
+ public:
+  Evaluable* FindVariable(char16_t) override { return nullptr; }
+};
+
 /// Named terms that may name each other. What is not there raises `zepErrItemNotExistant`.
 class TestExpressions {
  public:
