@@ -24,6 +24,12 @@ if(ZEPKIT10_SANITIZERS)
   add_link_options(-fsanitize=${ZEPKIT10_SANITIZERS})
 endif()
 
+if(ZEPKIT10_COVERAGE)
+  # Not optimized, so that each branch is the source's.
+  target_compile_options(project_options INTERFACE -O0 --coverage)
+  add_link_options(--coverage)
+endif()
+
 if(WIN32)
   add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0601)
   # Nobody has the DLLs of this compiler; the same sources give the same bytes.

@@ -16,6 +16,7 @@ packages_of() {
     fuzz) echo clang libclang-rt-14-dev ;;
     docs) echo python3-markdown ;;
     browser) echo chromium chromium-driver ;;
+    coverage) echo gcovr ;;
     bench) echo libbenchmark-dev libmuparser-dev gnuplot-nox ;;
     *) echo "tools/install_packages.sh: no group '$1'" >&2; exit 2 ;;
   esac
@@ -34,6 +35,7 @@ purpose_of() {
     fuzz) echo "to fuzz" ;;
     docs) echo "to make the documentation" ;;
     browser) echo "to look at the documentation in a browser" ;;
+    coverage) echo "to count what tests run" ;;
     bench) echo "to measure, and to compare with" ;;
   esac
 }
