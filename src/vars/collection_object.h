@@ -97,9 +97,11 @@ class CollectionOf : public Base {
     items_.Remove(item, name);
   }
 
-  /// Deletes every item, in order.
+  /// Deletes every item, in order. Needs no memory.
   void DeleteAll() {
-    for (const Ref<ItemType>& item : items_.TakeAll()) {
+    const auto taken = items_.TakeAll();
+    if (!taken) return;
+    for (const Ref<ItemType>& item : *taken) {
       if (!item->Deleted()) item->Delete();
     }
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,16 +20,18 @@ namespace zepkit10 {
 template <class Item>
 class ItemList {
  public:
-  std::size_t Count() const { return items_.size(); }
-  auto begin() const { return items_.begin(); }
-  auto end() const { return items_.end(); }
+  using Items = std::deque<Ref<Item>>;
+
+  std::size_t Count() const { return items_ ? items_->size() : 0; }
+  auto begin() const { return items_ ? items_->cbegin() : typename Items::const_iterator(); }
+  auto end() const { return items_ ? items_->cend() : typename Items::const_iterator(); }
 
   /// The item at a position from 1 to `Count`; error 9 outside.
   const Ref<Item>& At(std::int32_t position) const {
-    if (position < 1 || static_cast<std::size_t>(position) > items_.size()) {
+    if (position < 1 || static_cast<std::size_t>(position) > Count()) {
       RaiseRuntimeError(ZepVbErrors3To98::zepVbErrSubscriptOutOfRange);
     }
-    return items_[static_cast<std::size_t>(position) - 1];
+    return (*items_)[static_cast<std::size_t>(position) - 1];
   }
 
   /// The item of that name, or null.
@@ -37,7 +40,10 @@ class ItemList {
     return found == names_.end() ? nullptr : found->second;
   }
 
-  void Append(Ref<Item> item) { items_.push_back(std::move(item)); }
+  void Append(Ref<Item> item) {
+    if (!items_) items_ = std::make_unique<Items>();
+    items_->push_back(std::move(item));
+  }
 
   /// Gives an item its name, in place of the one it had. No other item may have it.
   void SetName(Item& item, std::u16string_view old_name, std::u16string_view new_name) {
@@ -50,15 +56,15 @@ class ItemList {
   void Remove(const Item& item, std::u16string_view name) noexcept {
     ForgetName(item, name);
     const auto found = std::lower_bound(
-        items_.begin(), items_.end(), item.Serial(),
+        begin(), end(), item.Serial(),
         [](const Ref<Item>& left, std::int32_t key) { return left->Serial() < key; });
-    if (found != items_.end() && found->get() == &item) items_.erase(found);
+    if (found != end() && found->get() == &item) items_->erase(found);
   }
 
-  /// Empties the list and returns what it held.
-  std::deque<Ref<Item>> TakeAll() noexcept {
+  /// Empties the list and returns what it held; null where that was nothing. Needs no memory.
+  std::unique_ptr<Items> TakeAll() noexcept {
     names_.clear();
-    return std::exchange(items_, {});
+    return std::move(items_);
   }
 
  private:
@@ -74,7 +80,7 @@ class ItemList {
     if (found != names_.end() && found->second == &item) names_.erase(found);
   }
 
-  std::deque<Ref<Item>> items_;
+  std::unique_ptr<Items> items_;  // even an empty deque needs memory
   std::unordered_map<std::u16string, Item*, Hash, std::equal_to<>> names_;
 };
 

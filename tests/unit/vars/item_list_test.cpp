@@ -117,12 +117,14 @@ TEST_F(ItemListTest, TakeAllEmptiesTheListAndHandsOverTheItems) {
     const auto taken = list_.TakeAll();
     EXPECT_EQ(0u, list_.Count());
     EXPECT_EQ(nullptr, list_.FindByName(u"a"));
-    ASSERT_EQ(2u, taken.size());
-    EXPECT_EQ(&first, taken.front().get());
+    ASSERT_EQ(2u, taken->size());
+    EXPECT_EQ(&first, taken->front().get());
     EXPECT_EQ(1, first.references);
     list_.Remove(first, u"a");
   }
   EXPECT_EQ(0, first.references);
+  EXPECT_EQ(nullptr, list_.TakeAll());
+  EXPECT_EQ(list_.begin(), list_.end());
 }
 
 TEST_F(ItemListTest, AgreesWithAPlainListOnRandomChanges) {
