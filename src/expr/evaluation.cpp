@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <new>
 #include <vector>
 
 #include "expr/arithmetic.h"
@@ -186,6 +187,8 @@ double Evaluable::EvaluateInOrder() {
     // Looking a variable up can make it, and fail with an error of the runtime.
     if (failure.number > 0) failure.source = u"Zepkit10.Expression";
     throw;
+  } catch (const std::bad_alloc&) {
+    RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfMemory, u"Expression");
   }
 }
 

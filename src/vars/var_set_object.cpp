@@ -11,7 +11,7 @@ Ref<Variable> VarSet::Add(std::u16string_view Name) {
   added->AttachParent(this);
   try {
     AppendNamed(added, Name);
-  } catch (const Failure&) {
+  } catch (...) {  // exhausted memory included
     Raise(ZepErrors::zepErrBadCall);
   }
   return added;
