@@ -25,4 +25,19 @@ class BufferQueue {
   int ripples_running_ = 0;
 };
 
+/// A message on the board, from its posting until its addressee has dealt with it.
+class Posting {
+ public:
+  Posting(std::shared_ptr<BufferQueue> queue, std::u16string_view message, ZepVariant& source,
+          const ZepVariant& addressee)
+      : queue_(std::move(queue)), index_(queue_->Post(message, source, addressee)) {}
+  ~Posting() { queue_->Remove(index_); }
+  Posting(const Posting&) = delete;
+  Posting& operator=(const Posting&) = delete;
+
+ private:
+  const std::shared_ptr<BufferQueue> queue_;
+  const std::int32_t index_;
+};
+
 }  // namespace zepkit10

@@ -8,79 +8,98 @@ constexpr std::u16string_view kChange = u"change";
 
 }  // namespace
 
-void Ripple::Start(ZepVariant& buffer, const Edit& edit) {
+Ripple::Ripple(ZepVariant& buffer) : queue_(buffer.queue_) {
   if (buffer.notifying_) return;
-  const std::shared_ptr<BufferQueue> queue = buffer.queue_;
-  Ripple ripple(*queue);
-  ripple.Enter(buffer, edit, nullptr, kNoPosting);
-  ripple.Run();
-}
-
-Ripple::Ripple(BufferQueue& queue) : queue_(queue) {
-  if (queue_.RipplesRunning() == kMaxRipplesRunning) {
+  if (queue_->RipplesRunning() == kMaxRipplesRunning) {
     RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace);
   }
-  ++queue_.RipplesRunning();
+  first_ = Prepare(buffer, nullptr, kNoPosting);
+  MakeRoom();
 }
 
 Ripple::~Ripple() {
+  if (steps_.empty()) return;
   while (!steps_.empty()) Leave();
-  --queue_.RipplesRunning();
+  --queue_->RipplesRunning();
 }
 
-void Ripple::Run() {
-  while (!steps_.empty()) {
-    Step& step = steps_.back();
-    ZepVariant& buffer = *step.buffer;
-    if (!step.views.empty()) {
+void Ripple::Run(const Edit& edit) {
+  if (!first_) return;
+  ++queue_->RipplesRunning();
+  Enter(*std::exchange(first_, {}), edit);
+  for (;;) {
+    if (!steps_.back().views.empty()) {
+      MakeRoom();
+      Step& step = steps_.back();
       const std::shared_ptr<RangeLink> link = std::move(step.views.back());
       step.views.pop_back();
       if (link->view) Post(step, *link->view);
-    } else if (!step.parent_told) {
-      step.parent_told = true;
-      if (buffer.is_range_) Post(step, *buffer.link_->parent);
+      continue;
+    }
+    ZepVariant& buffer = *steps_.back().buffer;
+    if (buffer.is_range_ && !steps_.back().parent_told) {
+      MakeRoom();
+      steps_.back().parent_told = true;
+      Post(steps_.back(), *buffer.link_->parent);
     } else {
       buffer.events_.Change();
+      if (steps_.size() == 1) return;
       Leave();
     }
   }
 }
 
-void Ripple::Enter(ZepVariant& buffer, const std::optional<Edit>& edit, const ZepVariant* skipped,
-                   std::int32_t posting) {
-  Step step{Ref<ZepVariant>(&buffer), edit, buffer.version_, {}, false, posting};
+Ripple::Step Ripple::Prepare(ZepVariant& buffer, const ZepVariant* skipped, std::int32_t posting) {
+  Step step{Ref<ZepVariant>(&buffer), {}, 0, {}, false, posting};
   step.views.reserve(buffer.views_.size());
   for (auto link = buffer.views_.rbegin(); link != buffer.views_.rend(); ++link) {
     if ((*link)->view != skipped) step.views.push_back(*link);
   }
+  return step;
+}
+
+void Ripple::Enter(Step step, const std::optional<Edit>& edit) noexcept {
+  step.edit = edit;
+  step.version = step.buffer->version_;
+  step.buffer->notifying_ = true;
   steps_.push_back(std::move(step));
-  buffer.notifying_ = true;
 }
 
 void Ripple::Leave() noexcept {
   const Step step = std::move(steps_.back());
   steps_.pop_back();
   step.buffer->notifying_ = false;
-  if (step.posting != kNoPosting) queue_.Remove(step.posting);
+  if (step.posting != kNoPosting) queue_->Remove(step.posting);
+}
+
+void Ripple::MakeRoom() {
+  if (steps_.size() == steps_.capacity()) steps_.reserve(2 * steps_.size() + 1);
 }
 
 /// Brings a change to a view or to the parent of the buffer that announces it.
 void Ripple::Post(const Step& step, ZepVariant& addressee) {
   const Ref<ZepVariant> sender = step.buffer, keeper(&addressee);
-  const std::int32_t posting = queue_.Post(kChange, *sender, addressee);
+  const std::int32_t posting = queue_->Post(kChange, *sender, addressee);
   try {
-    if (addressee.is_range_ && addressee.link_->parent == sender.get()) {
-      const std::optional<Edit> edit = TakeOverFromParent(addressee, step);
-      if (!addressee.notifying_) return Enter(addressee, edit, sender.get(), posting);
-    } else if (sender->is_range_ && sender->link_->parent == &addressee) {
-      const std::optional<Edit> edit = TakeOverFromView(addressee, step);
-      if (!addressee.notifying_) return Enter(addressee, edit, sender.get(), posting);
-    }
+    Deliver(step, addressee, posting);
   } catch (...) {
-    queue_.Remove(posting);
+    queue_->Remove(posting);
     throw;
   }
-  queue_.Remove(posting);
+}
+
+void Ripple::Deliver(const Step& step, ZepVariant& addressee, std::int32_t posting) {
+  const ZepVariant& sender = *step.buffer;
+  const bool to_view = addressee.is_range_ && addressee.link_->parent == &sender;
+  const bool to_parent = sender.is_range_ && sender.link_->parent == &addressee;
+  if (to_view || to_parent) {
+    std::optional<Step> next;
+    if (!addressee.notifying_) next = Prepare(addressee, &sender, posting);
+    const auto edit =
+        to_view ? TakeOverFromParent(addressee, step) : TakeOverFromView(addressee, step);
+    if (next) return Enter(std::move(*next), edit);
+  }
+  queue_->Remove(posting);
 }
 
 std::optional<Edit> Ripple::TakeOverFromParent(ZepVariant& view, const Step& step) {

@@ -14,11 +14,22 @@ namespace zepkit10 {
 /// views, then to its parent, then raises `Change`. What a posting causes ends before the next one
 /// is made. The steps stand on a stack of their own, so that no depth of views overflows the
 /// thread's. A buffer that is announcing a change does not announce another one meanwhile.
+///
+/// What the announcement by the buffer itself takes is made ready before the buffer is edited, and
+/// so it is on the way, before a view or a parent takes an edit over: where that fails, the buffer
+/// is as it was. A ripple that fails further on is not taken back. The views that it did not reach
+/// are brought into step by the next one.
 class Ripple {
  public:
-  /// Announces the edit that a buffer has just got. Error 28 where handlers let changes ripple
-  /// within each other without end.
-  static void Start(ZepVariant& buffer, const Edit& edit);
+  /// To be made before a buffer is edited. Error 28 where handlers let changes ripple within each
+  /// other without end.
+  explicit Ripple(ZepVariant& buffer);
+  ~Ripple();
+  Ripple(const Ripple&) = delete;
+  Ripple& operator=(const Ripple&) = delete;
+
+  /// Announces the edit that the buffer has got.
+  void Run(const Edit& edit);
 
  private:
   static constexpr std::int32_t kNoPosting = -1;
@@ -32,21 +43,20 @@ class Ripple {
     std::int32_t posting;  // that brought the change here
   };
 
-  explicit Ripple(BufferQueue& queue);
-  ~Ripple();
-  Ripple(const Ripple&) = delete;
-  Ripple& operator=(const Ripple&) = delete;
-
-  void Run();
-  void Enter(ZepVariant& buffer, const std::optional<Edit>& edit, const ZepVariant* skipped,
-             std::int32_t posting);
+  /// A step that has not begun.
+  static Step Prepare(ZepVariant& buffer, const ZepVariant* skipped, std::int32_t posting);
+  /// Begins a step on a stack with room for it.
+  void Enter(Step step, const std::optional<Edit>& edit) noexcept;
   void Leave() noexcept;
+  void MakeRoom();
   void Post(const Step& step, ZepVariant& addressee);
+  void Deliver(const Step& step, ZepVariant& addressee, std::int32_t posting);
   /// Each brings the content into step and returns what that changed: nothing where it was already.
   static std::optional<Edit> TakeOverFromParent(ZepVariant& view, const Step& parent);
   static std::optional<Edit> TakeOverFromView(ZepVariant& parent, const Step& view);
 
-  BufferQueue& queue_;
+  const std::shared_ptr<BufferQueue> queue_;
+  std::optional<Step> first_;  // none where the buffer is announcing a change already
   std::vector<Step> steps_;
 };
 

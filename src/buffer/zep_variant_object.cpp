@@ -87,13 +87,14 @@ std::uint8_t ZepVariant::DataByte(std::int32_t Index) const {
 void ZepVariant::SetDataByte(std::int32_t Index, std::uint8_t NewDataByte) {
   EnsureWritable();
   if (Index < 1) Raise(zepErrUnexpected);
+  Ripple ripple(*this);
   const std::int32_t old_length = ByteLength();
   GrowTo(Index);
   data_[static_cast<std::size_t>(Index) - 1] = NewDataByte;
   if (Index > old_length) {
-    Announce({old_length + 1, 0, Index - old_length});
+    Announce(ripple, {old_length + 1, 0, Index - old_length});
   } else {
-    Announce({Index, 1, 1});
+    Announce(ripple, {Index, 1, 1});
   }
 }
 
@@ -108,17 +109,17 @@ Bstr ZepVariant::DataString() const { return Decode(data_, string_type_); }
 
 void ZepVariant::SetDataString(std::u16string_view NewDataString) {
   EnsureWritable();
+  Ripple ripple(*this);
   const std::int32_t old_length = ByteLength();
   Encode(NewDataString, string_type_, Renew(LengthOf(NewDataString, string_type_)));
-  Announce({1, old_length, ByteLength()});
+  Announce(ripple, {1, old_length, ByteLength()});
 }
 
 void ZepVariant::DisconnectAsRange() {
   if (!is_range_) Raise(zepErrBadCallContext);
   const Ref<ZepVariant> parent(link_->parent);
-  const std::int32_t posting = queue_->Post(u"disconnectMe", *this, *parent);
+  const Posting posting(queue_, u"disconnectMe", *this, *parent);
   Break(*link_);
-  queue_->Remove(posting);
 }
 
 void ZepVariant::DisconnectRange(::_ZepVariant* Range) {
@@ -131,9 +132,8 @@ void ZepVariant::DisconnectRanges() {
   const std::vector<std::shared_ptr<RangeLink>> links(views_.begin(), views_.end());
   for (const auto& link : links) {
     if (!link->view || !link->view->is_range_) continue;
-    const std::int32_t posting = queue_->Post(u"disconnectYou", *this, *link->view);
+    const Posting posting(queue_, u"disconnectYou", *this, *link->view);
     link->view->DisconnectAsRange();
-    queue_->Remove(posting);
   }
 }
 
@@ -190,9 +190,10 @@ void ZepVariant::SetStringLength(std::int32_t NewStringLength) {
   EnsureWritable();
   if (NewStringLength < 0) Raise(zepErrBadPropValue);
   if (NewStringLength == 0) return Resize(0);
+  Ripple ripple(*this);
   const std::int32_t old_length = ByteLength();
   GrowTo(ByteCount(NewStringLength, string_type_));
-  Announce({old_length + 1, 0, ByteLength() - old_length});
+  Announce(ripple, {old_length + 1, 0, ByteLength() - old_length});
 }
 
 void ZepVariant::SetStringType(ZepStringType NewStringType) {
@@ -204,9 +205,10 @@ void ZepVariant::SetStringType(ZepStringType NewStringType) {
 
 void ZepVariant::SetData(Bytes data) {
   EnsureWritable();
+  Ripple ripple(*this);
   const std::int32_t old_length = ByteLength();
   data_ = std::move(data);
-  Announce({1, old_length, ByteLength()});
+  Announce(ripple, {1, old_length, ByteLength()});
 }
 
 void ZepVariant::EnsureWritable() const {
@@ -218,12 +220,13 @@ void ZepVariant::EnsureWithin(const Slice& bytes) const {
 }
 
 void ZepVariant::Resize(std::int32_t byte_length) {
+  Ripple ripple(*this);
   const std::int32_t old_length = ByteLength();
   data_.resize(static_cast<std::size_t>(byte_length));
   if (byte_length < old_length) {
-    Announce({byte_length + 1, old_length - byte_length, 0});
+    Announce(ripple, {byte_length + 1, old_length - byte_length, 0});
   } else {
-    Announce({old_length + 1, 0, byte_length - old_length});
+    Announce(ripple, {old_length + 1, 0, byte_length - old_length});
   }
 }
 
@@ -266,13 +269,14 @@ void ZepVariant::ReplaceBytes(const Slice& slice, std::span<const std::uint8_t> 
 }
 
 void ZepVariant::ReplaceSlice(const Slice& slice, std::span<const std::uint8_t> bytes) {
+  Ripple ripple(*this);
   ReplaceBytes(slice, bytes);
-  Announce({slice.start, slice.length, static_cast<std::int32_t>(bytes.size())});
+  Announce(ripple, {slice.start, slice.length, static_cast<std::int32_t>(bytes.size())});
 }
 
-void ZepVariant::Announce(const Edit& edit) {
+void ZepVariant::Announce(Ripple& ripple, const Edit& edit) {
   ++version_;
-  Ripple::Start(*this, edit);
+  ripple.Run(edit);
 }
 
 /// The parent's half of `ConnectAsRange`.

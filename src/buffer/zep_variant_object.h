@@ -13,6 +13,7 @@
 namespace zepkit10 {
 
 class BufferQueue;
+class Ripple;
 class ZepVariant;
 
 /// What ties a view to its parent. Both ends point nowhere once it is broken.
@@ -79,8 +80,10 @@ class ZepVariant final : public AutomationObject<ZepVariant, ZepVariantShim> {
   Slice BytesOfCharacters(const Slice& characters) const;
   std::span<const std::uint8_t> BytesIn(const Slice& slice) const;
   void ReplaceBytes(const Slice& slice, std::span<const std::uint8_t> bytes);
+  /// Writes, and announces it.
   void ReplaceSlice(const Slice& slice, std::span<const std::uint8_t> bytes);
-  void Announce(const Edit& edit);
+  /// The end of an edit, to which the ripple was made before.
+  void Announce(Ripple& ripple, const Edit& edit);
   void RegisterRange(ZepVariant& view, const Slice& slice, bool byte_coordinates);
   static void Break(RangeLink& link) noexcept;
 
