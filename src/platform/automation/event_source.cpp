@@ -2,6 +2,8 @@
 
 #include <olectl.h>
 
+#include <algorithm>
+
 #include "platform/automation/enumerator.h"
 #include "platform/automation/object_core.h"
 
@@ -108,12 +110,18 @@ HRESULT EventSource::Point::Advise(IUnknown* sink, DWORD* cookie) {
 }
 
 HRESULT EventSource::Point::Unadvise(DWORD cookie) {
-  const auto current = source_.sinks_;
+  const auto has_cookie = [cookie](const Sink& sink) { return sink.cookie == cookie; };
+  const auto found = std::find_if(source_.sinks_->begin(), source_.sinks_->end(), has_cookie);
+  if (found == source_.sinks_->end()) return CONNECT_E_NOCONNECTION;
+  // Released last: the sink's end may call back.
+  const ComPtr<IDispatch> target = found->target;
+  if (source_.sinks_.use_count() == 1) {
+    source_.sinks_->erase(found);
+    return S_OK;
+  }
   try {
-    auto changed = std::make_shared<Sinks>(*current);
-    if (std::erase_if(*changed, [&](const Sink& sink) { return sink.cookie == cookie; }) == 0) {
-      return CONNECT_E_NOCONNECTION;
-    }
+    auto changed = std::make_shared<Sinks>(*source_.sinks_);
+    std::erase_if(*changed, has_cookie);
     source_.sinks_ = std::move(changed);
     return S_OK;
   } catch (...) {
@@ -135,7 +143,7 @@ HRESULT EventSource::Point::EnumConnections(IEnumConnections** result) {
 }
 
 void EventSource::Fire(DISPID event, VARIANT* arguments, UINT count) const noexcept {
-  const auto snapshot = sinks_;
+  const std::shared_ptr<const Sinks> snapshot = sinks_;
   DISPPARAMS parameters{arguments, nullptr, count, 0};
   for (const Sink& sink : *snapshot) {
     sink.target->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,

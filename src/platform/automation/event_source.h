@@ -73,7 +73,8 @@ class EventSource : public IConnectionPointContainer {
 
   ObjectCore& owner_;
   Point point_;
-  std::shared_ptr<const Sinks> sinks_ = std::make_shared<Sinks>();
+  // Shared with those that go over it. Only changed in place where nobody does.
+  std::shared_ptr<Sinks> sinks_ = std::make_shared<Sinks>();
   DWORD last_cookie_ = 0;
 };
 
