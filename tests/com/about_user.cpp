@@ -4,6 +4,7 @@
 
 #include <map>
 
+#include "com/fault_plan.h"
 #include "platform/resource_ids.h"
 
 namespace {
@@ -92,6 +93,7 @@ SIZE AboutUser::SizeOf(HWND window) {
 }
 
 void CALLBACK AboutUser::OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+  const faults::OutsideCall outside;
   const auto found = Users().find(timer);
   if (found != Users().end()) found->second->Tick();
 }

@@ -7,6 +7,8 @@
 #include <map>
 #include <mutex>
 
+#include "com/fault_plan.h"
+
 // Without WINAPI, for which the 32-bit import library has no name; without arguments it is all the
 // same.
 extern "C" void SetOaNoCache();
@@ -102,10 +104,12 @@ class Spy final : public IMallocSpy {
   SIZE_T Granted(SIZE_T size) const { return size > limit_ ? 0 : size; }
 
   void Add(void* block) {
+    const faults::OutsideCall outside;
     const std::scoped_lock lock(mutex_);
     if (block) blocks_[block] = {++serial_, requested_};
   }
   void Remove(void* block) {
+    const faults::OutsideCall outside;
     const std::scoped_lock lock(mutex_);
     blocks_.erase(block);
   }

@@ -14,12 +14,6 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-ComPtr<ITypeLib> TypeLibrary() {
-  ComPtr<ITypeLib> library;
-  EXPECT_EQ(S_OK, LoadTypeLibEx(component::ComponentPath().c_str(), REGKIND_NONE, &library));
-  return library;
-}
-
 std::wstring NameOf(ITypeInfo* type) {
   BSTR name = nullptr;
   type->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr);
@@ -95,6 +89,12 @@ bool LeadsOn(const Slot& slot) {
 }
 
 }  // namespace
+
+ComPtr<ITypeLib> TypeLibrary() {
+  ComPtr<ITypeLib> library;
+  EXPECT_EQ(S_OK, LoadTypeLibEx(component::ComponentPath().c_str(), REGKIND_NONE, &library));
+  return library;
+}
 
 std::vector<Class> Classes() {
   std::vector<Class> classes;

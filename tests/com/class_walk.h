@@ -20,6 +20,9 @@ struct Class {
   bool creatable;
 };
 
+/// The component's own.
+Microsoft::WRL::ComPtr<ITypeLib> TypeLibrary();
+
 /// Every class of the type library, in its order.
 std::vector<Class> Classes();
 

@@ -1,5 +1,7 @@
 #include "com/client.h"
 
+#include "com/fault_plan.h"
+
 namespace client {
 namespace {
 
@@ -24,6 +26,12 @@ std::wstring Take(BSTR text) {
   std::wstring taken(text ? text : L"", SysStringLen(text));
   SysFreeString(text);
   return taken;
+}
+
+template <class Call>
+HRESULT CallInside(Call&& call) {
+  const faults::InsideCall inside;
+  return call();
 }
 
 /// Runtime errors travel as 0x800A0000 + number.
@@ -112,6 +120,17 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
              << ") " << Narrow(outcome.source) << ": " << Narrow(outcome.description);
 }
 
+void ReadErrorInfo(Outcome& outcome) {
+  outcome.number = NumberOf(outcome.result);
+  ComPtr<IErrorInfo> info;
+  if (GetErrorInfo(0, &info) != S_OK) return;
+  BSTR source = nullptr, description = nullptr;
+  info->GetSource(&source);
+  info->GetDescription(&description);
+  outcome.source = Take(source);
+  outcome.description = Take(description);
+}
+
 Object Object::With(const Outcome& outcome) const {
   if (!outcome.ok() || outcome.value.type() != VT_DISPATCH) return {};
   return Object(outcome.value.raw().pdispVal, binding_);
@@ -151,8 +170,6 @@ Outcome Object::Invoke(const wchar_t* name, WORD flags, std::span<const Value> a
   ComPtr<ITypeInfo> type;
   DISPID id = DISPID_UNKNOWN;
   auto* member = const_cast<wchar_t*>(name);
-  outcome.result = object_->GetIDsOfNames(IID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id);
-  if (FAILED(outcome.result)) return outcome;
   std::vector<VARIANT> reversed;
   for (auto value = arguments.rbegin(); value != arguments.rend(); ++value) {
     reversed.push_back(value->raw());
@@ -164,13 +181,18 @@ Outcome Object::Invoke(const wchar_t* name, WORD flags, std::span<const Value> a
   EXCEPINFO exception{};
   UINT position = 0;
   VARIANT* result = assigns ? nullptr : &outcome.value.raw();
-  if (binding_ == Binding::kDispatch) {
-    outcome.result = object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
-                                     &exception, &position);
-  } else if (SUCCEEDED(outcome.result = object_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type))) {
-    outcome.result =
-        type->Invoke(object_.Get(), id, flags, &parameters, result, &exception, &position);
-  }
+  outcome.result = CallInside(
+      [&] { return object_->GetIDsOfNames(IID_NULL, &member, 1, LOCALE_USER_DEFAULT, &id); });
+  if (FAILED(outcome.result)) return outcome;
+  outcome.result = CallInside([&] {
+    if (binding_ == Binding::kDispatch) {
+      return object_->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, flags, &parameters, result,
+                             &exception, &position);
+    }
+    const HRESULT hr = object_->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type);
+    if (FAILED(hr)) return hr;
+    return type->Invoke(object_.Get(), id, flags, &parameters, result, &exception, &position);
+  });
   const bool raised = outcome.result == DISP_E_EXCEPTION;
   outcome.number = NumberOf(raised ? exception.scode : outcome.result);
   if (outcome.ok()) outcome.number = 0;

@@ -89,6 +89,9 @@ struct Outcome {
   friend std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
 };
 
+/// Completes an outcome whose `result` is a failure, as the caller of a slot learns more about it.
+void ReadErrorInfo(Outcome& outcome);
+
 enum class Binding {
   kVtable,    // early bound: the platform calls the slot that the type library describes
   kDispatch,  // late bound: IDispatch of the object itself

@@ -1,5 +1,6 @@
 #include "com/component.h"
 
+#include "com/fault_plan.h"
 #include "frame/shared_library_object.h"
 #include "platform/automation/module.h"
 
@@ -58,6 +59,7 @@ HRESULT CanUnloadNow() {
 HRESULT CreateInstance(REFCLSID clsid, REFIID iid, void** result) {
   Microsoft::WRL::ComPtr<IClassFactory> factory;
   const HRESULT hr = GetClassObject(clsid, IID_PPV_ARGS(&factory));
+  const faults::InsideCall inside;
   return FAILED(hr) ? hr : factory->CreateInstance(nullptr, iid, result);
 }
 

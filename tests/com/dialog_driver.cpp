@@ -5,6 +5,8 @@
 
 #include <map>
 
+#include "com/fault_plan.h"
+
 namespace {
 
 constexpr UINT kInterval = 10;          // ms
@@ -125,6 +127,7 @@ int DialogDriver::ChosenFilterOf(HWND dialog) {
 std::wstring DialogDriver::NameIn(HWND dialog) { return TextOf(GetDlgItem(dialog, kNameField)); }
 
 void CALLBACK DialogDriver::OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+  const faults::OutsideCall outside;
   const auto found = Drivers().find(timer);
   if (found != Drivers().end()) found->second->Tick();
 }

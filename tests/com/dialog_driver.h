@@ -6,6 +6,16 @@
 #include <functional>
 #include <string>
 
+/// What a user does in a file dialog.
+class DialogUser {
+ public:
+  virtual ~DialogUser() = default;
+  /// Puts a text into the field for the name.
+  virtual DialogUser& Type(std::wstring name) = 0;
+  /// Presses a button (IDOK, IDCANCEL) of the dialog.
+  virtual DialogUser& Press(int button) = 0;
+};
+
 /// Stands in for the user of the file dialogs of this thread. What it is told beforehand it does
 /// one after the other, each as soon as the window for it waits for input:
 ///     DialogDriver user;
@@ -14,23 +24,21 @@
 /// A prompt nobody expects, or a dialog that is never ready, fails the test; the dialog is then
 /// closed, and so is one that outlasts the driver's patience. It expects everything to be done when
 /// it goes.
-class DialogDriver {
+class DialogDriver final : public DialogUser {
  public:
   DialogDriver();
-  ~DialogDriver();
+  ~DialogDriver() override;
   DialogDriver(const DialogDriver&) = delete;
   DialogDriver& operator=(const DialogDriver&) = delete;
 
-  /// Puts a text into the field for the name.
-  DialogDriver& Type(std::wstring name);
+  DialogDriver& Type(std::wstring name) override;
   /// Ticks the read-only box, or does not.
   DialogDriver& TickReadOnly(bool ticked);
   /// Chooses a filter, from 1.
   DialogDriver& ChooseFilter(int index);
   /// Looks at the dialog, or does something to it.
   DialogDriver& Do(std::function<void(HWND dialog)> action);
-  /// Presses a button (IDOK, IDCANCEL) of the dialog.
-  DialogDriver& Press(int button);
+  DialogDriver& Press(int button) override;
   /// Presses a button of the prompt that the dialog shows.
   DialogDriver& Answer(int button);
 

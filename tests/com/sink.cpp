@@ -1,5 +1,7 @@
 #include "com/sink.h"
 
+#include "com/fault_plan.h"
+
 namespace client {
 
 using Microsoft::WRL::ComPtr;
@@ -41,6 +43,7 @@ ULONG Sink::Release() {
 
 HRESULT Sink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
                      UINT*) {
+  const faults::OutsideCall outside;
   const ComPtr<Sink> keeper(this);
   Event event{id, {}};
   for (UINT i = parameters->cArgs; i-- > 0;)

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "com/fault_plan.h"
+
 namespace {
 
 constexpr LCID kLocaleOfCalls = 1033;
@@ -58,6 +60,7 @@ std::wstring Target::Take() {
 }
 
 HRESULT Target::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale, DISPID* ids) {
+  const faults::OutsideCall outside;
   EXPECT_EQ(1u, count);
   EXPECT_EQ(kLocaleOfCalls, locale);
   const bool is_text = _wcsicmp(names[0], L"Text") == 0;
@@ -68,6 +71,7 @@ HRESULT Target::GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale, 
 
 HRESULT Target::Invoke(DISPID id, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
                        VARIANT* result, EXCEPINFO* exception, UINT*) {
+  const faults::OutsideCall outside;
   EXPECT_EQ(kLocaleOfCalls, locale);
   Call call{id, flags, {}};
   for (UINT i = parameters->cArgs; i-- > 0;) call.arguments.emplace_back(parameters->rgvarg[i]);

@@ -2,13 +2,11 @@
 
 #include <concepts>
 #include <functional>
-#include <map>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "com/client.h"
-#include "com/sink.h"
 
 /// Calls of members as tables: one row a call, with what it must give. Objects and variables have
 /// names, which rows give and later rows use:
@@ -41,6 +39,11 @@ inline Argument Variable(const wchar_t* name) { return {Argument::Passing::kVari
 /// A variable by reference, of the type that it has.
 inline Argument TypedVariable(const wchar_t* name) { return {Argument::Passing::kTyped, name}; }
 
+/// For messages.
+std::string Narrow(const std::wstring& text);
+/// How a member is called (DISPATCH_…), as a word behind its name.
+const char* KindName(WORD kind);
+
 /// The elements of an array, or what an enumerator visits.
 std::vector<Value> Elements(const Value& list);
 
@@ -65,11 +68,14 @@ class Row {
 
   void Perform(Session& session) const;
   const std::wstring& text() const { return text_; }
+  /// DISPATCH_…; 0 where an object is made.
+  WORD kind() const { return kind_; }
+  const Arguments& arguments() const { return arguments_; }
 
  private:
   friend class Session;
 
-  std::wstring text_;  // of a call: "object.Member"
+  std::wstring text_;  // of a call: "object.Member"; of a new object: its class
   WORD kind_ = 0;
   Arguments arguments_;
   Check check_;
@@ -91,40 +97,6 @@ Row HoldsList(const wchar_t* name, std::vector<Value> expected);
 Row Do(std::function<void()> action);
 /// Lets go of what is named.
 Row Drop(const wchar_t* name);
-
-/// Performs rows in one binding and keeps what was called and heard.
-class Session {
- public:
-  explicit Session(client::Binding binding) : binding_(binding) {}
-
-  void Perform(const Rows& rows);
-
-  /// "_Counter.Value get", "__Counter.ValueChanged event".
-  std::set<std::string> Reached() const;
-
- private:
-  friend class Row;
-  friend Row New(const wchar_t*, const wchar_t*);
-  friend Row Assign(const wchar_t*, Value);
-  friend Row Holds(const wchar_t*, Value);
-  friend Row HoldsList(const wchar_t*, std::vector<Value>);
-  friend Row Drop(const wchar_t*);
-
-  struct Listener {
-    IID events;
-    Microsoft::WRL::ComPtr<client::Sink> sink;
-  };
-
-  void Name(const std::wstring& name, const std::wstring& class_name, const Value& object);
-  Value& Named(const std::wstring& name);
-  Value Passed(const Argument& argument);
-  Outcome Call(const Row& row);
-
-  const client::Binding binding_;
-  std::map<std::wstring, Value> named_;
-  std::vector<Listener> listeners_;
-  std::set<std::string> called_;
-};
 
 /// Every member and event that a type library describes, written as `Session::Reached` does.
 std::set<std::string> MembersOfTypeLibrary();

@@ -19,8 +19,8 @@ Rows CallsOfTerms();
 Rows CallsOfVariables();
 Rows CallsOfCharts();
 Rows CallsOfBuffers();
-Rows CallsOfDocuments(const TemporaryFolder& folder, DialogDriver& user);
-Rows CallsOfFileDialogs(const TemporaryFolder& folder, DialogDriver& user);
+Rows CallsOfDocuments(const TemporaryFolder& folder, DialogUser& user);
+Rows CallsOfFileDialogs(const TemporaryFolder& folder, DialogUser& user);
 Rows CallsOfMessages();
 Rows CallsOfLists();
 /// DebugPrint of either root, and where it prints.

@@ -9,7 +9,7 @@ constexpr int kReadOnly = 1, kOpen = 2, kChanged = 16;
 
 }  // namespace
 
-Rows CallsOfDocuments(const TemporaryFolder& folder, DialogDriver& user) {
+Rows CallsOfDocuments(const TemporaryFolder& folder, DialogUser& user) {
   folder.File(L"letter.txt", "Dear Ada");
   const std::wstring letter = folder / L"letter.txt", copy = folder / L"copy.txt";
   const auto choose = [&user](const wchar_t* name) {
@@ -69,7 +69,7 @@ Rows CallsOfDocuments(const TemporaryFolder& folder, DialogDriver& user) {
   };
 }
 
-Rows CallsOfFileDialogs(const TemporaryFolder& folder, DialogDriver& user) {
+Rows CallsOfFileDialogs(const TemporaryFolder& folder, DialogUser& user) {
   folder.File(L"a.txt");
   Rows rows{New(L"FileDialog", L"dialog")};
   const auto write_and_read = [&rows](const wchar_t* property, const Value& value) {

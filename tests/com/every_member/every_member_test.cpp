@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "com/every_member/calls.h"
+#include "com/every_member/session.h"
 #include "com/file_dialog_fixture.h"
 #include "com/keyboard_fixture.h"
 
