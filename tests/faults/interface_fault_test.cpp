@@ -76,7 +76,7 @@ TEST_F(InterfaceFaultTest, ASinkIsConnectedOrNot) {
   const auto point = PointOf(counter.Get());
   DWORD cookie = 0;
   int connected = 0;
-  EXPECT_EQ(4, FailEach([&] {
+  EXPECT_LT(0, FailEach([&] {
               const HRESULT hr = point->Advise(sink.Get(), &cookie);
               connected += SUCCEEDED(hr);
               EXPECT_EQ(FAILED(hr), cookie == 0);
@@ -149,8 +149,8 @@ TEST_F(InterfaceFaultTest, AnEnumeratorStaysWhereItWas) {
 
 TEST_F(InterfaceFaultTest, TheTypeLibraryIsLoadedLater) {
   const auto counter = component::Create<IDispatch>(CLSID_Counter);
-  zepkit10::ForgetTypeLibrary();
-  EXPECT_LT(0, FailEach([&] {
+  EXPECT_EQ(4, FailEach([&] {
+              zepkit10::ForgetTypeLibrary();
               ComPtr<ITypeInfo> type;
               const HRESULT hr = counter->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type);
               EXPECT_EQ(FAILED(hr), type == nullptr);

@@ -19,6 +19,10 @@ using Microsoft::WRL::ComPtr;
 using enum ZepVbErrors3To98;
 using enum ZepVbErrors298To746;
 
+// HRESULT_FROM_WIN32 of the system's other error for exhausted memory is E_OUTOFMEMORY.
+constexpr auto kNotEnoughMemory =
+    static_cast<HRESULT>(0x80070000u | static_cast<unsigned>(ERROR_NOT_ENOUGH_MEMORY));
+
 HRESULT Publish(const Failure& failure, const ClassDescription& called) {
   const std::u16string source =
       failure.source.empty() ? std::u16string(u"Zepkit10.") + called.name : failure.source;
@@ -69,6 +73,7 @@ std::int32_t FromHresult(HRESULT failed) noexcept {
     case DISP_E_OVERFLOW:
       return static_cast<std::int32_t>(zepVbErrOverflow);
     case E_OUTOFMEMORY:
+    case kNotEnoughMemory:
       return static_cast<std::int32_t>(zepVbErrOutOfMemory);
     case DISP_E_BADINDEX:
       return static_cast<std::int32_t>(zepVbErrSubscriptOutOfRange);
@@ -94,7 +99,7 @@ std::int32_t FromHresult(HRESULT failed) noexcept {
 }
 
 void RaiseRefusal(HRESULT refused) {
-  if (refused == E_OUTOFMEMORY) throw std::bad_alloc();
+  if (refused == E_OUTOFMEMORY || refused == kNotEnoughMemory) throw std::bad_alloc();
   throw Failure{FromHresult(refused), {}, {}};
 }
 
