@@ -158,6 +158,14 @@ def com(windows, gtest_filter):
     return suite
 
 
+def faults(windows):
+    """Members called while memory and files fail."""
+    def suite(run):
+        run.build(windows.preset)
+        return run.googletest(windows.built('fault_tests'))
+    return suite
+
+
 def com_dll(windows, gtest_filter):
     """The same tests against the DLL."""
     def suite(run):
@@ -263,6 +271,7 @@ def suites_on(preset):
         'windows-unit': windows_unit(english),
         'com': com(english, '-*German*'),
         'com-dll': com_dll(english, '-*German*'),
+        'faults': faults(english),
         'com-german': com(german, '*German*'),
         'com-dll-german': com_dll(german, '*German*'),
         'monkey': monkey(english),
