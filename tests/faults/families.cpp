@@ -41,7 +41,7 @@ const std::vector<Family>& Families() {
       {"Messages", [](Surroundings&) { return CallsOfMessages(); }},
       {"Lists", [](Surroundings&) { return CallsOfLists(); }},
       {"Traces", [](Surroundings& in) { return CallsOfTraces(in.target); }},
-      {"AboutBoxes", [](Surroundings&) { return CallsOfAboutBoxes(); }},
+      {"AboutBoxes", [](Surroundings&) { return CallsOfAboutBoxes(); }, 8},
       {"Keyboards", [](Surroundings&) { return CallsOfKeyboards(); }},
       {"MousePointers", [](Surroundings&) { return CallsOfMousePointers(); }},
   };

@@ -39,6 +39,9 @@ struct Surroundings {
 struct Family {
   const char* name;
   call_table::Rows (*rows)(Surroundings&);
+  /// How many drawing objects the system itself may keep or give back meanwhile: those that show
+  /// windows, of which a leak would leave more.
+  int gdi_objects_of_system = 0;
 
   friend void PrintTo(const Family& family, std::ostream* out) { *out << family.name; }
 };
