@@ -125,9 +125,10 @@ VARIANT& ArgumentCatalogue::Text() {
 void ArgumentCatalogue::MakeRepeatedText(VARIANT& to, long length) {
   to.vt = VT_BSTR;
   to.bstrVal = SysAllocStringLen(nullptr, static_cast<UINT>(length));
-  constexpr long kLong = 100'000;
-  // What would be split into so many parts would rightly take long.
-  const wchar_t repeated = length > kLong ? L'#' : L"7( a"[Below(4)];
+  // Not of spaces, which delimit lists: Wine looks for every block that a spy watches in all
+  // others, and would take seconds for so many parts.
+  constexpr long kLong = 3000, kHuge = 100'000;
+  const wchar_t repeated = length > kHuge ? L'#' : L"7(a "[Below(length > kLong ? 3 : 4)];
   for (long i = 0; to.bstrVal && i < length; ++i) to.bstrVal[i] = repeated;
 }
 

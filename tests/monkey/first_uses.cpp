@@ -26,6 +26,14 @@ ComPtr<Interface> Create(REFCLSID clsid) {
   return made;
 }
 
+/// The platform keeps drawing contexts for their next use. How many are in use at a time depends on
+/// when the timer of a window strikes.
+void FillContextCache() {
+  HDC contexts[8];
+  for (HDC& context : contexts) context = GetDC(nullptr);
+  for (const HDC context : contexts) ReleaseDC(nullptr, context);
+}
+
 /// A document that goes without closing its file leaves it to the library, which has a list.
 void LeaveFileOpen() {
   const BSTR name = SysAllocString(L"a.txt");
@@ -51,6 +59,7 @@ void ShowAbout(_Global& global, IPictureDisp* icon, ULONG lines) {
 
 void MakeFirstUses() {
   for (int colour = 0; colour <= COLOR_MENUBAR; ++colour) GetSysColorBrush(colour);
+  FillContextCache();
   std::mt19937 random;
   const std::function<void()> nothing = [] {};
   const StandIns stand_ins(random, nothing, true);
