@@ -50,6 +50,31 @@ TEST(AboutLayoutTest, TextStandsBesideTheIcon) {
   EXPECT_GT(layout.frame.width, 90);
 }
 
+TEST(AboutLayoutTest, EverythingHasItsPlace) {
+  const AboutLayout layout = LayOut(Small());
+  EXPECT_EQ((Extent{340, 178}), layout.client);
+  EXPECT_EQ((Box{24, 24, 48, 48}), layout.icon);
+  EXPECT_EQ((Box{90, 24, 226, 80}), layout.text);
+  EXPECT_EQ(Box(), layout.scroll_bar);
+  EXPECT_EQ((Box{0, 128, 340, 50}), layout.footer);
+  EXPECT_EQ((Box{24, 145, 204, 15}), layout.frame);
+  EXPECT_EQ((Box{240, 140, 88, 26}), layout.button);
+}
+
+TEST(AboutLayoutTest, EverythingHasItsPlaceWithALargeButtonAndNoIcon) {
+  AboutSizes sizes = Small();
+  sizes.icon = {};
+  sizes.text = {400, 1000};
+  sizes.button_text = {100, 30};
+  const AboutLayout layout = LayOut(sizes);
+  EXPECT_EQ((Extent{465, 560}), layout.client);
+  EXPECT_EQ((Box{24, 24, 400, 448}), layout.text);
+  EXPECT_EQ((Box{448, 0, 17, 496}), layout.scroll_bar);
+  EXPECT_EQ((Box{0, 496, 465, 64}), layout.footer);
+  EXPECT_EQ((Box{24, 520, 293, 15}), layout.frame);
+  EXPECT_EQ((Box{329, 508, 124, 40}), layout.button);
+}
+
 TEST(AboutLayoutTest, GrowsWithTheText) {
   AboutSizes sizes = Small();
   sizes.text = {400, 300};
@@ -116,13 +141,13 @@ TEST(AboutLayoutTest, ManySizesAreSound) {
 TEST(MaxTextWidthTest, IsThatOfTheScreenAtMost) {
   EXPECT_EQ(460, MaxTextWidth(96, 48, 17, 1920));
   EXPECT_EQ(920, MaxTextWidth(192, 96, 34, 3840));
-  const int narrow = MaxTextWidth(96, 48, 17, 320);
-  EXPECT_LT(narrow, 460);
+  EXPECT_EQ(189, MaxTextWidth(96, 48, 17, 320));
+  EXPECT_EQ(255, MaxTextWidth(96, 0, 17, 320));
   AboutSizes sizes = Small();
   sizes.screen = {400, 300};
   sizes.text = {MaxTextWidth(96, 48, 17, 400), 5000};
   EXPECT_LE(LayOut(sizes).client.width, 400);
-  EXPECT_GT(MaxTextWidth(96, 128, 17, 10), 0);
+  EXPECT_EQ(60, MaxTextWidth(96, 128, 17, 10));
 }
 
 TEST(FitIntoTest, ReducesOnly) {

@@ -34,6 +34,8 @@ TEST(Errors, TheCalledClassIsFilledInLater) {
             Raised([] { RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow); }));
   EXPECT_EQ((Failure{6, u"Zepkit10.Expression", {}}),
             Raised([] { RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOverflow, u"Expression"); }));
+  EXPECT_EQ((Failure{424, {}, {}}),
+            Raised([] { RaiseRuntimeError(ZepVbErrors298To746::zepVbErrObjectRequired); }));
 }
 
 }  // namespace
