@@ -5,8 +5,8 @@
 
 Makes COUNT small mistakes, one at a time and drawn at random, in a copy of the sources: another
 comparison or operator, another constant, a condition that always or never holds, a statement left
-out. The unit tests should fail with each of them. What survives is printed as the line it became;
-it is a gap in the tests, or a mistake that changes nothing.
+out. The unit tests should fail with each of them. What survives is printed as the line was and
+as it became; it is a gap in the tests, or a mistake that changes nothing.
 """
 import argparse
 import collections
@@ -175,9 +175,9 @@ def main():
     print(f'{len(mutants)} possible mistakes; building', flush=True)
     prepare()
     tests = Tests()
-    killed, survivors, broken = 0, [], 0
+    killed = survivors = broken = 0
     for mutant in mutants:
-        if killed + len(survivors) == arguments.count:
+        if killed + survivors == arguments.count:
             break
         path = COPY / mutant.file
         original = path.read_text(encoding='utf-8')
@@ -185,14 +185,17 @@ def main():
         path.write_text(text, encoding='utf-8')
         if not build():
             broken += 1
+            outcome = 'does not compile'
         elif tests.fail():
             killed += 1
+            outcome = 'seen'
         else:
-            survivors.append(mutant)
+            survivors += 1
             was = original.splitlines()[mutant.line].strip()
-            print(f'survived: {mutant.file}:{mutant.line + 1}\n    {was}\n    {line}', flush=True)
+            outcome = f'SURVIVED\n    {was}\n    {line}'
+        print(f'{mutant.file}:{mutant.line + 1}: {outcome}', flush=True)
         path.write_text(original, encoding='utf-8')
-    made = killed + len(survivors)
+    made = killed + survivors
     percentage = 100 * killed / made if made else 0
     print(f'{killed} of {made} mistakes were seen, {percentage:.0f} %; {broken} others did not compile')
     return 0 if percentage >= WANTED else 1
