@@ -91,7 +91,14 @@ class Run {
       const std::uint64_t calls = std::min(left, kCallsOfRound);
       PlayRound(seed, calls, Round::Kind::kCounted);
       const Resources after = Resources::Now();
-      if (after != before_) journal::ReportLeak(Growth(before_, after));
+      Resources expected = before_;
+      // Wine for 32 bits keeps a few more at times, and gives them up again; a leak grows past
+      // that.
+      constexpr long kKeptByPlatform = 8;
+      if (std::labs(after.gdi_objects - start_.gdi_objects) <= kKeptByPlatform) {
+        expected.gdi_objects = after.gdi_objects;
+      }
+      if (after != expected) journal::ReportLeak(Growth(expected, after));
       before_ = after;
       if (++rounds % kRoundsBetweenWords == 0) PrintProgress(rounds);
       left -= calls;
