@@ -90,10 +90,12 @@ class Reference:
         error = self.library.errors[key]
         name = link(page, f'{self.path(error.enumeration)}#{error.constant}', escape(error.constant))
         raised = ', '.join(link(page, f'{page}#{each}', escape(each)) for each in members)
+        if key == 'zepErrAwaitTerm':
+            raised = 'every member after the deletion'
         inline = re.sub(r'^<p>(.*)</p>$', r'\1', render(advice), flags=re.DOTALL)
         number = f'{error.number}<br> <small>0x{error.hresult:08X}</small>'
         return (f'<tr id="error-{key}"><td>{number}</td><td>{name}<br>{escape(error.text)}</td>'
-                f'<td>{raised or "all members"}</td><td>{inline}</td></tr>\n')
+                f'<td>{raised}</td><td>{inline}</td></tr>\n')
 
     def errors(self, page, described, advice):
         """A row for each error that the type library names and for each that is only described by hand."""
@@ -106,7 +108,7 @@ class Reference:
             text, members = advice.get(key, ('', []))
             members = list(dict.fromkeys([*(each.name for each in named.get(key, [])), *members]))
             rows.append(self.error_row(page, key, members, text))
-        return ('<h2 id="errors">Errors</h2>\n<div class="wide"><table class="error-table">\n<tr><th>Number</th>'
+        return ('<h2 id="errors">Errors</h2>\n<div class="wide"><table class="facts errors-of-class">\n<tr><th>Number</th>'
                 f'<th>Error</th><th>Raised by</th><th>What to do</th></tr>\n{"".join(rows)}</table></div>\n')
 
     def jumps(self, page, described, document):
@@ -143,7 +145,7 @@ class Reference:
                         f'<td>{escape(comment)}</td></tr>\n')
         users = self.users(enumeration.name)
         used = f'<p>Used by {", ".join(users)}.</p>\n' if users else ''
-        return (f'<h1>{enumeration.name}</h1>\n<p>{escape(enumeration.help)}.</p>\n{used}<div class="wide"><table>\n'
+        return (f'<h1>{enumeration.name}</h1>\n<p>{escape(enumeration.help)}.</p>\n{used}<div class="wide"><table class="facts enumeration">\n'
                 f'<tr><th>Constant</th><th>Value</th><th>Meaning</th></tr>\n{"".join(rows)}</table></div>\n')
 
     def users(self, name):
