@@ -31,11 +31,14 @@ def documents(run, windows, generated):
 
 
 def build_site(run):
-    """A failed Result, or none where the site is built."""
+    """A failed Result, or none where the site is built, which it is once in a run."""
+    if run.built.get('site'):
+        return []
     for module, *arguments in (('docs.pictures', PICTURES), ('docs.build', SITE, '--pictures', PICTURES)):
         output, code = run.program([PYTHON, '-m', module, *map(str, arguments)], PYTHONPATH=str(ROOT / 'tools'))
         if code:
             return [Result(f'the site is built: {module}', 'failed', output)]
+    run.built['site'] = True
     return []
 
 
