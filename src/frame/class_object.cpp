@@ -82,10 +82,28 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** result) {
 
 STDAPI DllCanUnloadNow() { return zepkit10::ModuleInUse() ? S_FALSE : S_OK; }
 
-STDAPI DllRegisterServer() {
-  const HRESULT hr = zepkit10::Register(zepkit10::ClassObjects());
-  if (FAILED(hr)) zepkit10::Unregister(zepkit10::ClassObjects());
+namespace {
+
+HRESULT Install(zepkit10::Users users) {
+  const HRESULT hr = zepkit10::Register(zepkit10::ClassObjects(), users);
+  if (FAILED(hr)) zepkit10::Unregister(zepkit10::ClassObjects(), users);
   return hr;
 }
 
-STDAPI DllUnregisterServer() { return zepkit10::Unregister(zepkit10::ClassObjects()); }
+HRESULT Uninstall(zepkit10::Users users) {
+  return zepkit10::Unregister(zepkit10::ClassObjects(), users);
+}
+
+}  // namespace
+
+STDAPI DllRegisterServer() { return Install(zepkit10::Users::kAll); }
+
+STDAPI DllUnregisterServer() { return Uninstall(zepkit10::Users::kAll); }
+
+/// `regsvr32 /n /i:user` registers for the current user alone, who needs no administrator for it.
+STDAPI DllInstall(BOOL install, LPCWSTR command_line) {
+  const bool for_all = !command_line || !*command_line;  // regsvr32 /i
+  if (!for_all && lstrcmpiW(command_line, L"user") != 0) return E_INVALIDARG;
+  const auto users = for_all ? zepkit10::Users::kAll : zepkit10::Users::kCurrent;
+  return install ? Install(users) : Uninstall(users);
+}

@@ -10,6 +10,13 @@
 #include "platform/automation/module.h"
 #include "platform/automation/string.h"
 
+// The compiler's headers lack these two.
+extern "C" {
+WINOLEAUTAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* help_folder);
+WINOLEAUTAPI UnRegisterTypeLibForUser(REFGUID library, WORD major, WORD minor, LCID locale,
+                                      SYSKIND system);
+}
+
 namespace zepkit10 {
 namespace {
 
@@ -34,12 +41,39 @@ std::wstring ClassKeyOf(const ClassDescription& description) {
 /// Thrown and caught in this file only.
 struct RegistryFault {};
 
-void Write(const std::wstring& key, const wchar_t* name, const std::wstring& value) {
+HKEY RootOf(Users users) { return users == Users::kAll ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER; }
+
+void Write(Users users, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
   const auto bytes = static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t));
-  if (RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), name, REG_SZ, value.c_str(), bytes)) {
+  if (RegSetKeyValueW(RootOf(users), key.c_str(), name, REG_SZ, value.c_str(), bytes)) {
     throw RegistryFault();
   }
 }
+
+/// While it lives, HKEY_CLASSES_ROOT of this process is the user's own classes: not every system
+/// keeps what it registers for one user apart from what it registers for all.
+class OwnClasses {
+ public:
+  OwnClasses() {
+    if (RegCreateKeyExW(HKEY_CURRENT_USER, L"Software\\Classes", 0, nullptr, 0, KEY_ALL_ACCESS,
+                        nullptr, &key_, nullptr)) {
+      throw RegistryFault();
+    }
+    if (RegOverridePredefKey(HKEY_CLASSES_ROOT, key_)) {
+      RegCloseKey(key_);
+      throw RegistryFault();
+    }
+  }
+  OwnClasses(const OwnClasses&) = delete;
+  OwnClasses& operator=(const OwnClasses&) = delete;
+  ~OwnClasses() {
+    RegOverridePredefKey(HKEY_CLASSES_ROOT, nullptr);
+    RegCloseKey(key_);
+  }
+
+ private:
+  HKEY key_ = nullptr;
+};
 
 struct LibraryIdentity {
   GUID guid;
@@ -64,55 +98,67 @@ ComPtr<ITypeLib> OwnLibrary() {
   return library;
 }
 
-void RegisterClass(const ClassDescription& description, const std::wstring& path,
+void RegisterClass(Users users, const ClassDescription& description, const std::wstring& path,
                    const LibraryIdentity& library) {
   const std::wstring key = ClassKeyOf(description);
   const std::wstring prog_id = ProgIdOf(description);
   const std::wstring version =
       std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
-  Write(key, nullptr, prog_id);
-  Write(key + L"\\InprocServer32", nullptr, path);
-  Write(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-  Write(key + L"\\ProgID", nullptr, prog_id);
-  Write(key + L"\\TypeLib", nullptr, TextOf(library.guid));
-  Write(key + L"\\Version", nullptr, version);
-  Write(kClasses + prog_id, nullptr, prog_id);
-  Write(kClasses + prog_id + L"\\CLSID", nullptr, TextOf(*description.clsid));
+  Write(users, key, nullptr, prog_id);
+  Write(users, key + L"\\InprocServer32", nullptr, path);
+  Write(users, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+  Write(users, key + L"\\ProgID", nullptr, prog_id);
+  Write(users, key + L"\\TypeLib", nullptr, TextOf(library.guid));
+  Write(users, key + L"\\Version", nullptr, version);
+  Write(users, kClasses + prog_id, nullptr, prog_id);
+  Write(users, kClasses + prog_id + L"\\CLSID", nullptr, TextOf(*description.clsid));
 }
 
-bool DeleteKey(const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
+HRESULT RegisterLibrary(Users users, ITypeLib& library, std::wstring path) {
+  if (users == Users::kAll) return RegisterTypeLib(&library, path.data(), nullptr);
+  const OwnClasses own;
+  return RegisterTypeLibForUser(&library, path.data(), nullptr);
+}
+
+bool DeleteKey(Users users, const std::wstring& key) {
+  const LSTATUS status = RegDeleteTreeW(RootOf(users), key.c_str());
   return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 
-bool UnregisterLibrary() {
-  const LibraryIdentity own = IdentityOf(*OwnLibrary().Get());
-  const HRESULT hr = UnRegisterTypeLib(own.guid, own.major, own.minor, own.locale, own.system);
+HRESULT UnregisterLibrary(Users users, const LibraryIdentity& of) {
+  if (users == Users::kAll) {
+    return UnRegisterTypeLib(of.guid, of.major, of.minor, of.locale, of.system);
+  }
+  const OwnClasses own;
+  return UnRegisterTypeLibForUser(of.guid, of.major, of.minor, of.locale, of.system);
+}
+
+bool UnregisterLibrary(Users users) {
+  const HRESULT hr = UnregisterLibrary(users, IdentityOf(*OwnLibrary().Get()));
   // A library that is not registered: the first on Windows, the second in Wine.
   return SUCCEEDED(hr) || hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG;
 }
 
 }  // namespace
 
-HRESULT Register(std::span<ClassObject> classes) noexcept try {
+HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
   const ComPtr<ITypeLib> library = OwnLibrary();
-  std::wstring path = ModulePath();
+  const std::wstring path = ModulePath();
   for (const ClassObject& each : classes) {
-    RegisterClass(each.Description(), path, IdentityOf(*library.Get()));
+    RegisterClass(users, each.Description(), path, IdentityOf(*library.Get()));
   }
-  const HRESULT hr = RegisterTypeLib(library.Get(), path.data(), nullptr);
-  return FAILED(hr) ? SELFREG_E_TYPELIB : S_OK;
+  return FAILED(RegisterLibrary(users, *library.Get(), path)) ? SELFREG_E_TYPELIB : S_OK;
 } catch (const RegistryFault&) {
   return SELFREG_E_CLASS;
 } catch (...) {
   return E_OUTOFMEMORY;
 }
 
-HRESULT Unregister(std::span<ClassObject> classes) noexcept try {
-  bool clean = UnregisterLibrary();
+HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept try {
+  bool clean = UnregisterLibrary(users);
   for (const ClassObject& each : classes) {
-    clean &= DeleteKey(ClassKeyOf(each.Description()));
-    clean &= DeleteKey(kClasses + ProgIdOf(each.Description()));
+    clean &= DeleteKey(users, ClassKeyOf(each.Description()));
+    clean &= DeleteKey(users, kClasses + ProgIdOf(each.Description()));
   }
   return clean ? S_OK : SELFREG_E_CLASS;
 } catch (const RegistryFault&) {

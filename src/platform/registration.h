@@ -8,11 +8,14 @@ namespace zepkit10 {
 
 class ClassObject;
 
-/// Writes the keys of every class (CLSID, ProgID "Zepkit10.<Class>", apartment threading) and of
-/// the type library for all users of the machine. The component is never marked safe for scripting.
-HRESULT Register(std::span<ClassObject> classes) noexcept;
+/// Whom the component is registered for. All users of the machine is for administrators only.
+enum class Users { kAll, kCurrent };
 
-/// Removes every key that `Register` wrote; keys that are not there are no fault.
-HRESULT Unregister(std::span<ClassObject> classes) noexcept;
+/// Writes the keys of every class (CLSID, ProgID "Zepkit10.<Class>", apartment threading) and of
+/// the type library. The component is never marked safe for scripting.
+HRESULT Register(std::span<ClassObject> classes, Users users) noexcept;
+
+/// Removes every key that `Register` wrote for these users; keys that are not there are no fault.
+HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept;
 
 }  // namespace zepkit10
