@@ -83,6 +83,16 @@ class ArchiveTest(unittest.TestCase):
         self.assertEqual([str(value) for _, value in self.constants()], self.echoed('constants.js', script))
 
 
+class GuideTest(unittest.TestCase):
+    def test_it_tells_names_as_they_are(self):
+        guide = (ROOT / 'docs/installing.md').read_text(encoding='utf-8')
+        self.assertIn(f'`{ARCHIVE.name}`', guide)
+        self.assertIn(f'name="Zepkit10.Classes" version="{PRODUCT.version}.0"', guide)
+        for name in ('zepkit10-x64.msi', 'zepkit10-x86.msi', 'SHA256SUMS.txt', 'nuget'):
+            self.assertIn(f'`{name}`', guide)
+            self.assertTrue((ROOT / 'build/package' / name).exists(), name)
+
+
 class NugetTest(unittest.TestCase):
     def test_it_holds_these_files(self):
         self.assertEqual(

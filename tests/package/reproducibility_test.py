@@ -97,6 +97,14 @@ class CodesTest(unittest.TestCase):
         self.assertEqual([3, 3], [len(each) for each in codes])
         self.assertEqual(6, len(set(sum(codes, []))))
 
+    def test_what_both_bitnesses_write_to_the_same_keys_is_the_same_component(self):
+        # Windows counts its users, so that removing one bitness leaves the other its names.
+        components = [dict(line.split('\t')[:2] for line in self.info(bitness, 'export', 'Component').splitlines()[3:])
+                      for bitness in BITNESSES]
+        shared = components[0].items() & components[1].items()
+        self.assertEqual({'names', 'interfaces_x86'}, {name for name, _ in shared})
+        self.assertEqual(5, len({*components[0].values(), *components[1].values()}))
+
     def test_later_versions_replace_this_one(self):
         # These never change: an installer of another upgrade code would be installed beside the old one.
         self.assertEqual('{4A97D2E7-E2FE-55AE-B385-3629D33A0E1B}', Product().code('upgrade', 'x64'))
