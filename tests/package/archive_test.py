@@ -109,6 +109,12 @@ class NugetTest(unittest.TestCase):
         self.assertEqual(['Zepkit10', PRODUCT.version],
                          [tree.find(f'{space}metadata/{space}{name}').text for name in ('id', 'version')])
 
+    def test_it_lists_its_files(self):
+        tree = ElementTree.parse(NUGET / 'Zepkit10.nuspec').getroot()
+        listed = [(each.get('src'), each.get('target')) for each in tree.iter(tree.tag.removesuffix('package') + 'file')]
+        there = {path.relative_to(NUGET).as_posix() for path in NUGET.rglob('*') if path.is_file()}
+        self.assertEqual([(name, name) for name in sorted(there - {'Zepkit10.nuspec'})], listed)
+
     def test_its_targets_name_files_that_are_there(self):
         for folder in ('build', 'buildTransitive'):
             text = (NUGET / folder / 'Zepkit10.targets').read_text(encoding='utf-8')
