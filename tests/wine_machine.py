@@ -54,6 +54,13 @@ def changes(before, after):
     return {key: (before.get(key), after.get(key)) for key in {*before, *after} if before.get(key) != after.get(key)}
 
 
+def for_all_users(changed):
+    """The keys among changed ones that concern more than the current user. A 64-bit Wine 8 writes the interfaces
+    of 32-bit programs for all, whoever they are registered for."""
+    return [key for key in changed if not key.startswith(USER_CLASSES.lower() + '\\')
+            and not ('wow6432node' in key and r'\interface\{' in key)]
+
+
 def value(keys, key, name='@'):
     """A value in what `registry` returned."""
     name = name if name == '@' else f'"{name}"'

@@ -50,8 +50,8 @@ void Write(Users users, const std::wstring& key, const wchar_t* name, const std:
   }
 }
 
-/// While it lives, HKEY_CLASSES_ROOT of this process is the user's own classes: not every system
-/// keeps what it registers for one user apart from what it registers for all.
+/// While it lives, HKEY_CLASSES_ROOT of this process is the user's own classes: Wine registers a
+/// type library there, whomever it is for.
 class OwnClasses {
  public:
   OwnClasses() {
