@@ -202,7 +202,8 @@ void Items::Change(Input& input) {
     }
     default: {
       if (input.UpTo(7) > 0) break;
-      const auto taken = list_.TakeAll();
+      const auto all = list_.TakeAll();
+      const auto taken = all ? *all : ItemList<Item>::Items();
       Expect(
           std::equal(taken.begin(), taken.end(), plain_.begin(), plain_.end(),
                      [](const auto& left, const Named& right) { return left.get() == right.item; }),
