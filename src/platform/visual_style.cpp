@@ -1,7 +1,7 @@
 #include "platform/visual_style.h"
 
-#include "platform/resource_ids.h"
 #include "platform/automation/module.h"
+#include "platform/resource_ids.h"
 
 namespace zepkit10 {
 namespace {
