@@ -15,11 +15,13 @@ inline constexpr std::size_t kStackReserve = 64 * 1024;
 /// The lowest address of the calling thread's stack, from the thread's environment block: the
 /// function that tells it came with a later Windows.
 inline std::uintptr_t StackBottom() {
+  std::uintptr_t bottom;
 #ifdef _WIN64
-  return __readgsqword(0x1478);
+  asm volatile("movq %%gs:0x1478, %0" : "=r"(bottom));
 #else
-  return __readfsdword(0xE0C);
+  asm volatile("movl %%fs:0xE0C, %0" : "=r"(bottom));
 #endif
+  return bottom;
 }
 
 /// Raises error 28 where the stack is nearly used up, as by a handler that calls again, without
