@@ -11,10 +11,11 @@ done
 echo
 echo "== The component under Wine"
 tools/wine.sh english regsvr32 /s "$PWD/build/x64/zepkit10.dll"
-tools/wine.sh english build/x64/component_bench.exe | tee build/bench/component.txt
-tools/wine.sh english build/x64/buffer_bench.exe
+for bench in build/x64/*_bench.exe; do
+  tools/wine.sh english "$bench"
+done | tee build/bench/component.txt
 
-seconds=$(awk '/seconds/ { print $1 }' build/bench/component.txt)
+seconds=$(awk '/seconds/ { print $1; exit }' build/bench/component.txt)
 start=$(date +%s.%N)
 gnuplot > build/bench/gnuplot.png << 'PLOT'
 set terminal png size 480,320

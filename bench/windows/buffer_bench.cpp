@@ -8,19 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "Zepkit10.h"
+#include "client.h"
 #include "measure.h"
 
 namespace {
 
 using Microsoft::WRL::ComPtr;
-
-template <class Interface>
-ComPtr<Interface> Create(REFCLSID clsid) {
-  ComPtr<Interface> made;
-  Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&made)), "creating");
-  return made;
-}
 
 // ---- Documents
 // ------------------------------------------------------------------------------------

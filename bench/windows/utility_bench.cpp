@@ -9,19 +9,12 @@
 #include <string>
 #include <vector>
 
-#include "Zepkit10.h"
+#include "client.h"
 #include "measure.h"
 
 namespace {
 
 using Microsoft::WRL::ComPtr;
-
-template <class Interface>
-ComPtr<Interface> Create(REFCLSID clsid) {
-  ComPtr<Interface> made;
-  Check(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&made)), "creating");
-  return made;
-}
 
 // ---- Lists
 
@@ -139,10 +132,9 @@ constexpr int kPostings = 1000;
 /// Posts messages to a board that holds some, finds each by its index and removes it.
 double TimeOfPostings(int live) {
   const auto board = Create<_Messages>(CLSID_Messages);
-  VARIANT content{}, missing{};
+  const VARIANT missing = Missing();
+  VARIANT content{};
   content.vt = VT_I4;
-  missing.vt = VT_ERROR;
-  missing.scode = DISP_E_PARAMNOTFOUND;
   const auto post = [&] { Check(board->Add(content, missing, missing, missing), "Messages.Add"); };
   for (int i = 0; i < live; ++i) post();
   std::vector<double> times;
