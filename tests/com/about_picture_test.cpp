@@ -4,6 +4,7 @@
 #include "com/about_fixture.h"
 #include "com/canvas.h"
 #include "com/client_picture.h"
+#include "com/foreign.h"
 #include "com/library_icon.h"
 #include "platform/picture.h"
 
@@ -13,35 +14,18 @@ using client::Value;
 using Microsoft::WRL::ComPtr;
 
 /// A client's object that is said to be a picture, and is what a test makes of it.
-class Pretender final : public IPictureDisp {
+class Pretender final : public foreign::Object<IPictureDisp> {
  public:
   explicit Pretender(HRESULT refusal) : refusal_(refusal) {}
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
+    if (iid != IID_IPicture && iid != IID_IPictureDisp) return Object::QueryInterface(iid, result);
     *result = nullptr;
-    if (iid == IID_IPicture) return refusal_;
-    if (iid != IID_IUnknown && iid != IID_IDispatch) return E_NOINTERFACE;
-    *result = static_cast<IDispatch*>(this);  // IPictureDisp is no interface of its own
-    AddRef();
-    return S_OK;
+    return iid == IID_IPicture ? refusal_ : E_NOINTERFACE;
   }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references_; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
-  }
-
-  ULONG references() const { return references_; }
 
  private:
   const HRESULT refusal_;
-  ULONG references_ = 1;
 };
 
 ComPtr<IPictureDisp> EmptyPicture() {
@@ -132,9 +116,9 @@ TEST_P(AboutPictureTest, ObjectsThatAreNoPicturesAreRefused) {
   for (const auto& [refusal, number] :
        {std::pair<HRESULT, long>{E_NOINTERFACE, 481}, {E_OUTOFMEMORY, 7}}) {
     Pretender pretender(refusal);
-    const ULONG before = pretender.references();
+    const ULONG before = pretender.references;
     EXPECT_EQ(static_cast<HRESULT>(0x800A0000L + number), Show(pretender));
-    EXPECT_EQ(before, pretender.references());
+    EXPECT_EQ(before, pretender.references);
   }
 }
 

@@ -6,32 +6,19 @@
 
 #include <functional>
 
+#include "com/foreign.h"
+
 /// A picture of a client's, of a size and with errors that a test chooses.
-class ClientPicture final : public IPictureDisp, public IPicture {
+class ClientPicture final : public foreign::Object<IPictureDisp>, public IPicture {
  public:
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-    if (iid == IID_IPicture) {
-      *result = static_cast<IPicture*>(this);
-    } else if (iid == IID_IUnknown || iid == IID_IDispatch || iid == IID_IPictureDisp) {
-      *result = static_cast<IPictureDisp*>(this);
-    } else {
-      *result = nullptr;
-      return E_NOINTERFACE;
-    }
+    if (iid != IID_IPicture) return Object::QueryInterface(iid, result);
+    *result = static_cast<IPicture*>(this);
     AddRef();
     return S_OK;
   }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
-                                   UINT*) override {
-    return E_NOTIMPL;
-  }
+  ULONG STDMETHODCALLTYPE AddRef() override { return Object::AddRef(); }
+  ULONG STDMETHODCALLTYPE Release() override { return Object::Release(); }
 
   HRESULT STDMETHODCALLTYPE get_Type(SHORT* type) override {
     *type = PICTYPE_BITMAP;
@@ -66,5 +53,4 @@ class ClientPicture final : public IPictureDisp, public IPicture {
   HRESULT type_result = S_OK, width_result = S_OK, height_result = S_OK, render_result = S_OK;
   std::function<void()> on_render;
   int renders = 0;
-  ULONG references = 1;
 };

@@ -9,6 +9,7 @@
 #include "com/class_walk.h"
 #include "com/client.h"
 #include "com/component.h"
+#include "com/references.h"
 
 namespace {
 
@@ -42,11 +43,6 @@ class RulesTest : public component::Test {
     return interfaces;
   }
 };
-
-ULONG ReferencesOf(IUnknown* object) {
-  object->AddRef();
-  return object->Release();
-}
 
 TEST_F(RulesTest, EveryInterfaceLeadsToEveryOtherAndToOneIdentity) {
   ForEveryClass([](const Class& described, IDispatch* object) {

@@ -8,6 +8,7 @@
 #include "com/client.h"
 #include "com/component.h"
 #include "com/directory_keeper.h"
+#include "com/references.h"
 #include "com/temporary_folder.h"
 
 namespace {
@@ -15,11 +16,6 @@ namespace {
 using class_walk::Class;
 using class_walk::Slot;
 using Microsoft::WRL::ComPtr;
-
-ULONG ReferencesOf(IUnknown* object) {
-  object->AddRef();
-  return object->Release();
-}
 
 /// A dialog would wait for its user.
 bool ShowsADialog(const Slot& slot) {
