@@ -3,13 +3,12 @@
 #include <wrl/client.h>
 
 #include "Zepkit10.h"
-#include "monkey/listener.h"
 
 namespace monkey {
 namespace {
 
 constexpr float kLarge = 200, kSmall = 40;  // pixels
-constexpr int kPointsOfDrawing = 50;
+constexpr int kMostLooks = 3;               // of one drawing, a hundred samples apart
 
 }  // namespace
 
@@ -22,20 +21,17 @@ void LimitChart(IDispatch* object) {
   if (height > kLarge) chart->put_PictureHeight(kSmall);
 }
 
-void LimitDrawing(IDispatch* object, const Class& its_class,
-                  std::vector<Population::Connection>& connections) {
-  if (its_class.iid != __uuidof(_Chart)) return;
-  LimitChart(object);
-  Listener::Connect(
-      object, its_class,
-      [points = 0](Listener& listener, DISPID event, DISPPARAMS&) mutable {
-        constexpr DISPID kNewPoint = 2;
-        if (event == kNewPoint && ++points % kPointsOfDrawing == 0) {
-          static_cast<_Chart*>(listener.Source())->AbortDraw();
-        }
-        return S_OK;
-      },
-      connections);
+DrawingLimit::DrawingLimit(IDispatch* object) : object_(object) { innermost_ = this; }
+
+DrawingLimit::~DrawingLimit() { innermost_ = outer_; }
+
+DWORD WINAPI QueueWatch::Look(UINT flags) {
+  for (DrawingLimit* each = DrawingLimit::innermost_; each; each = each->outer_) {
+    Microsoft::WRL::ComPtr<_Chart> chart;
+    if (++each->looks_ < kMostLooks) continue;
+    if (SUCCEEDED(each->object_->QueryInterface(IID_PPV_ARGS(&chart)))) chart->AbortDraw();
+  }
+  return ImportHook<&__imp_GetQueueStatus>::kSystem(flags);
 }
 
 }  // namespace monkey

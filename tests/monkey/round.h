@@ -8,9 +8,11 @@
 #include <functional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "com/argument_catalogue.h"
+#include "monkey/chart_limits.h"
 #include "monkey/jail.h"
 #include "monkey/outcome.h"
 #include "monkey/population.h"
@@ -45,6 +47,21 @@ class Round {
   void Play(std::uint64_t calls);
 
  private:
+  /// From the entry of a call of a member to its return: the component keeps the object alive.
+  class Inside {
+   public:
+    Inside(Round& round, IDispatch* object)
+        : round_(round), before_(std::exchange(round.inside_, true)), limit_(object) {}
+    ~Inside() { round_.inside_ = before_; }
+    Inside(const Inside&) = delete;
+    Inside& operator=(const Inside&) = delete;
+
+   private:
+    Round& round_;
+    const bool before_;
+    const DrawingLimit limit_;
+  };
+
   unsigned Below(std::size_t limit) { return static_cast<unsigned>(random_() % limit); }
   bool OneIn(unsigned chances) { return Below(chances) == 0; }
   const Class& ClassAt(int index) const { return classes_[static_cast<std::size_t>(index)]; }

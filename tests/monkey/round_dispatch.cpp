@@ -1,7 +1,6 @@
 // Calls through IDispatch.
 #include <algorithm>
 #include <iterator>
-#include <utility>
 
 #include "monkey/round.h"
 
@@ -89,11 +88,13 @@ bool Round::CallThroughDispatch(IDispatch* object, Target& target, ArgumentCatal
   const LCID locale = kLocales[Below(std::size(kLocales))];
   const bool wanted = !OneIn(8), explained = !OneIn(8);
   SetErrorInfo(0, nullptr);
-  const bool was_inside = std::exchange(inside_, true);
-  const HRESULT hr = object->Invoke(target.member->id, IID_NULL, locale, flags, &parameters,
-                                    wanted ? &result : nullptr, explained ? &exception : nullptr,
-                                    explained ? &position : nullptr);
-  inside_ = was_inside;
+  HRESULT hr = S_OK;
+  {
+    const Inside inside(*this, object);
+    hr = object->Invoke(target.member->id, IID_NULL, locale, flags, &parameters,
+                        wanted ? &result : nullptr, explained ? &exception : nullptr,
+                        explained ? &position : nullptr);
+  }
   // A call that was meant for a stranger brings what the stranger filled in.
   if (exception.pfnDeferredFillIn) exception.pfnDeferredFillIn(&exception);
   if (exception.scode == 0 && exception.wCode != 0) exception.scode = kStrangersError;

@@ -1,7 +1,6 @@
 // What a client's code does while a member runs.
 #include <algorithm>
 
-#include "monkey/chart_limits.h"
 #include "monkey/journal.h"
 #include "monkey/listener.h"
 #include "monkey/round.h"
@@ -40,7 +39,6 @@ void AnswerAtRandom(DISPPARAMS& parameters, bool answer) {
 std::vector<Population::Connection> Round::ConnectTo(IDispatch* object, const Class& its_class) {
   std::vector<Population::Connection> connections;
   if (its_class.events_iid == GUID_NULL) return connections;
-  LimitDrawing(object, its_class, connections);
   for (unsigned count = Below(3); count > 0; --count) {
     Listener::Connect(
         object, its_class,

@@ -3,7 +3,6 @@
 #include <array>
 #include <cstring>
 #include <iterator>
-#include <utility>
 
 #include "monkey/journal.h"
 #include "monkey/round.h"
@@ -61,10 +60,11 @@ bool Round::CallThroughVtable(IDispatch* object, Target& target, ArgumentCatalog
   const bool lacks_result =
       result_type != VT_EMPTY && slots[parameters.size() - 1].byref == nullptr;
   SetErrorInfo(0, nullptr);
-  const bool was_inside = std::exchange(inside_, true);
-  DispCallFunc(object, target.member->offset, CC_STDCALL, VT_ERROR,
-               static_cast<UINT>(parameters.size()), types.data(), pointers.data(), &returned);
-  inside_ = was_inside;
+  {
+    const Inside inside(*this, object);
+    DispCallFunc(object, target.member->offset, CC_STDCALL, VT_ERROR,
+                 static_cast<UINT>(parameters.size()), types.data(), pointers.data(), &returned);
+  }
   if (FAILED(returned.scode)) TakeNoteOf(returned.scode, object, target);
   CheckVtableOutcome(returned.scode, lacks_result);
   by_value.Check();

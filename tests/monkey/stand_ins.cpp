@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "com/import_hook.h"
+#include "monkey/chart_limits.h"
 
 DECLARE_IMPORT(CreateDialogParamW, 20);
 DECLARE_IMPORT(GetMessageW, 16);
@@ -79,6 +80,7 @@ struct StandIns::Hooks {
   const ImportHook<&__imp_SetCursorPos> pointer{LeavePointer};
   const ImportHook<&__imp_SystemParametersInfoA> settings{LeaveSettings};
   const ImportHook<&__imp_MessageBeep> beep{KeepQuiet};
+  const QueueWatch queue;
 };
 
 StandIns::StandIns(std::mt19937& random, const std::function<void()>& interfere,
