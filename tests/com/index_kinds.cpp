@@ -34,9 +34,11 @@ std::vector<Value> Accepted(short position, const wchar_t* name) {
   nested_variable = Value(name);
   return {Value(position),
           Value(static_cast<int>(position)),
+          Value(Of(VT_INT, position)),
           Value(name),
           Value(Reference(VT_I2, &short_variable)),
           Value(Reference(VT_I4, &long_variable)),
+          Value(Reference(VT_INT, &long_variable)),
           Value(Reference(VT_BSTR, &text_variable.raw().bstrVal)),
           variant_variable.Reference(),
           nested_variable.Reference()};

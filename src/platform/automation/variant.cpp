@@ -46,10 +46,12 @@ std::optional<std::int32_t> IntegerOf(const VARIANT& value) noexcept {
     case VT_I2:
       return followed->iVal;
     case VT_I4:
+    case VT_INT:  // what C++ makes of an int
       return followed->lVal;
     case VT_BYREF | VT_I2:
       return *followed->piVal;
     case VT_BYREF | VT_I4:
+    case VT_BYREF | VT_INT:
       return *followed->plVal;
     default:
       return {};
