@@ -14,6 +14,7 @@ packages_of() {
     format) echo clang-format ;;
     lint) echo clang-tidy ;;
     fuzz) echo clang libclang-rt-14-dev ;;
+    clients) echo fp-compiler fpc-source mono-mcs ;;
     docs) echo python3-markdown ;;
     browser) echo chromium chromium-driver ;;
     coverage) echo gcovr ;;
@@ -33,6 +34,7 @@ purpose_of() {
     format) echo "to check the formatting" ;;
     lint) echo "to look for doubtful code" ;;
     fuzz) echo "to fuzz" ;;
+    clients) echo "to build clients in other languages" ;;
     docs) echo "to make the documentation" ;;
     browser) echo "to look at the documentation in a browser" ;;
     coverage) echo "to count what tests run" ;;

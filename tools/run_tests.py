@@ -18,6 +18,7 @@ import threading
 import time
 from concurrent.futures import ThreadPoolExecutor
 
+import client_suites
 import doc_suites
 from test_results import (Result, googletest_results, program_results, script_results,
                           transcript_results, unittest_results)
@@ -103,7 +104,7 @@ class Run:
 
 def formatting(run):
     files = [str(path.relative_to(ROOT)) for folder in ('src', 'tests', 'bench', 'samples')
-             for path in sorted((ROOT / folder).rglob('*')) if path.suffix in ('.cpp', '.h')]
+             for path in sorted((ROOT / folder).rglob('*')) if path.suffix in ('.c', '.cpp', '.h')]
     output, code = run.program(['clang-format', '--dry-run', '--Werror', *files])
     outcome = 'failed' if code else 'passed'
     return [Result('every source is formatted', outcome, f'{output[:4000]}\n./dev format mends it')]
@@ -134,7 +135,8 @@ class Windows:
         self.preset = preset
         self.user = language if preset == 'x64' else f'{language}-{preset}'
         self.dll = str(BUILD / preset / 'zepkit10.dll')
-        self.compiler = f"{'x86_64' if preset == 'x64' else 'i686'}-w64-mingw32-g++-posix"
+        tools = f"{'x86_64' if preset == 'x64' else 'i686'}-w64-mingw32"
+        self.compiler, self.c_compiler = f'{tools}-g++-posix', f'{tools}-gcc-posix'
 
     def command(self, *command):
         return [WINE, self.user, *command]
@@ -225,6 +227,16 @@ def samples(windows):
     return suite
 
 
+def clients(windows):
+    """One conversation in every language."""
+    def suite(run):
+        with registered(run, windows):
+            yield from client_suites.clients(run, windows, BUILD / windows.preset / 'generated/zepkit10')
+        if windows.preset == 'x64':
+            yield from client_suites.syntax(run)
+    return suite
+
+
 def documents(windows):
     def suite(run):
         with registered(run, windows):
@@ -279,6 +291,7 @@ def suites_on(preset):
         'package': package(english),
         'script': script(english),
         'samples': samples(english),
+        'clients': clients(english),
         'documents': documents(english),
     }
 

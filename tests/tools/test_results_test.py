@@ -77,3 +77,32 @@ class PythonTests(unittest.TestCase):
     def test_no_test_fails(self):
         self.assertEqual([('the tests in Python', 'failed')],
                          outcomes(unittest_results('Ran 0 tests in 0.000s\n', 0)))
+
+
+class Transcripts(unittest.TestCase):
+    def results(self, transcript, *arguments):
+        with tempfile.TemporaryDirectory() as folder:
+            expected = pathlib.Path(folder) / 'transcript.txt'
+            if transcript is not None:
+                expected.write_text(transcript, encoding='utf-8')
+            return outcomes(transcript_results('client', *arguments[:2], expected, *arguments[2:]))
+
+    def test_every_line_counts(self):
+        for output, outcome in (('one\ntwo\n', 'passed'), ('one\n', 'failed'), ('one\ntwo\nthree\n', 'failed'),
+                                ('one\nTwo\n', 'failed'), ('', 'failed')):
+            with self.subTest(output):
+                self.assertEqual([('client', outcome)], self.results('one\ntwo\n', output, 0))
+        self.assertEqual([('client', 'failed')], self.results('one\ntwo\n', 'one\ntwo\n', 1))
+
+    def test_nothing_to_compare_with_fails(self):
+        for transcript in (None, ''):
+            with self.subTest(transcript):
+                self.assertEqual([('client', 'failed')], self.results(transcript, '', 0))
+
+    def test_marked_lines_are_for_those_that_do_not_lack_what_the_mark_names(self):
+        transcript = 'one\n[events]  two\n[sources]three\n'
+        for lacking, output in (((), 'one\n  two\nthree\n'), (('events',), 'one\nthree\n'),
+                                (('events', 'sources'), 'one\n')):
+            with self.subTest(lacking):
+                self.assertEqual([('client', 'passed')], self.results(transcript, output, 0, lacking))
+                self.assertEqual([('client', 'failed')], self.results(transcript, output + '[events]', 0, lacking))
