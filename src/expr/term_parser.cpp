@@ -25,6 +25,27 @@ bool ImpliesMultiplication(const Token& left, const Token& right) {
   return value && followed && !numbers;
 }
 
+/// Moves each node from behind its operands to the place before them. From the last node back, what
+/// has operands waits until they have their places; so nodes never go to places not yet read.
+void PutBeforeOperands(std::vector<Term::Node>& nodes) {
+  struct Waiting {
+    std::int8_t operation, operands;  // short, because there may be many
+  };
+  std::vector<Waiting> waiting;
+  auto place = nodes.rbegin();
+  for (auto node = nodes.crbegin(); node != nodes.crend(); ++node) {
+    if (const int operands = OperandCount(node->operation); operands > 0) {
+      waiting.push_back(
+          {static_cast<std::int8_t>(node->operation), static_cast<std::int8_t>(operands)});
+      continue;
+    }
+    *place++ = *node;
+    for (; !waiting.empty() && --waiting.back().operands == 0; waiting.pop_back()) {
+      *place++ = {static_cast<ZepMathOperation>(waiting.back().operation), 0, 0};
+    }
+  }
+}
+
 /// Parses with an explicit stack of levels: a level is the content of a bracket or value-dash
 /// group, the whole term first. On each level operators join operands from left to right by
 /// priority, which gives the tree that splitting at the rightmost operator of the lowest priority
@@ -34,172 +55,154 @@ class Parser {
   Parser(std::u16string_view text, const NumberFormat& numbers)
       : numbers_(numbers), tokenizer_(text, numbers) {
     constexpr std::size_t kUsual = 16;
-    tokens_.reserve(text.size());
     levels_.reserve(kUsual);
     operators_.reserve(kUsual);
     nodes_.reserve(text.size() + 1);
-    sizes_.reserve(text.size() + 1);
   }
 
   std::vector<Term::Node> Parse() {
-    Enter(0, static_cast<Position>(tokenizer_.text().size()), {});
+    Enter(0, static_cast<Position>(tokenizer_.text().size()));
     while (!levels_.empty()) TakeOperand();
-    return InOrderOfText();
+    PutBeforeOperands(nodes_);
+    if (nodes_.size() < nodes_.capacity() / 2) nodes_.shrink_to_fit();
+    return std::move(nodes_);
   }
 
  private:
   using Position = Tokenizer::Position;
 
-  /// What becomes of a value: up to one value dash and one function around it.
-  struct Wrapping {
-    bool dashes = false;
-    ZepMathOperation function = zepMONumber;  // zepMONumber: none
-  };
   struct Level {
-    std::uint32_t first, next;  // of its tokens in tokens_
-    std::uint32_t operators;    // how many operators were open before
-    Wrapping wrapping;          // of the level's value
+    Position begin, end;
+    Position position;        // of what is not yet read
+    std::uint32_t operators;  // how many were open before
   };
 
-  void Enter(Position begin, Position end, Wrapping wrapping);
+  void Enter(Position begin, Position end);
   void TakeOperand();
-  void TakeToken(const Token& token, Wrapping wrapping);
-  void Finish(Term::Node leaf, Wrapping wrapping);
-  void Wrap(Wrapping wrapping);
+  void TakeToken(const Token& token);
+  bool LacksOperand() const;
+  bool EndsBehind(const Token& token) const;
+  bool ReadToken(Level& level, Token& token) const;
+  void Finish(const Term::Node& leaf);
   void Join(ZepMathPriority at_least, std::size_t floor);
-  void Push(Term::Node node, std::uint32_t size) {
-    nodes_.push_back(node);
-    sizes_.push_back(size);
-  }
-  std::vector<Term::Node> InOrderOfText();
+  [[noreturn]] void Fail(ZepErrors number);
 
   const NumberFormat& numbers_;
   const Tokenizer tokenizer_;
-  std::vector<Token> tokens_;  // of the levels being parsed
   std::vector<Level> levels_;
-  std::vector<ZepMathOperation> operators_;  // waiting for their right operand
+  std::vector<ZepMathOperation> operators_;  // waiting for their operand, their right one if two
   std::vector<Term::Node> nodes_;            // each behind its left and then its right operand
-  std::vector<std::uint32_t> sizes_;         // how many nodes each of them is with its operands
 };
 
-void Parser::Enter(Position begin, Position end, Wrapping wrapping) {
+void Parser::Enter(Position begin, Position end) {
   const std::u16string_view text = tokenizer_.text();
   for (;;) {
     while (begin < end && text[begin] == u' ') ++begin;
     while (begin < end && text[end - 1] == u' ') --end;
     if (begin == end || text[begin] != u'(') break;
     const Position close = tokenizer_.Closing(begin, end);
-    if (close == end) Raise(ZepErrors::zepErrBadParam);
+    if (close == end) Fail(ZepErrors::zepErrBadParam);
     if (close + 1 != end) break;
     ++begin, --end;
   }
-  const auto first = static_cast<std::uint32_t>(tokens_.size());
-  levels_.push_back({first, first, static_cast<std::uint32_t>(operators_.size()), wrapping});
-  Position position = begin;
-  try {
-    while (position < end) {
-      tokenizer_.Read(position, end, tokens_.emplace_back());
-      position = tokens_.back().end();
-    }
-  } catch (const Failure&) {
-    Raise(position == begin ? ZepErrors::zepErrBadPropValue : ZepErrors::zepErrBadCall);
-  }
+  levels_.push_back({begin, end, begin, static_cast<std::uint32_t>(operators_.size())});
 }
 
 // Takes one operand of the innermost level; the operator behind it, given or understood, is taken
 // when the operand's value is there.
 void Parser::TakeOperand() {
-  Level& level = levels_.back();
-  const std::uint32_t first = level.next;
-  std::uint32_t last = first;
-  while (last < tokens_.size() && !IsBinary(tokens_[last].operation) &&
-         (last == first || !ImpliesMultiplication(tokens_[last - 1], tokens_[last]))) {
-    ++last;
+  Token token;
+  if (LacksOperand()) return Finish({});
+  if (!ReadToken(levels_.back(), token)) Fail(ZepErrors::zepErrBadCall);
+  if (IsFunction(token.operation)) {
+    operators_.push_back(token.operation);
+    if (LacksOperand()) return Finish({});
+    if (!ReadToken(levels_.back(), token)) Fail(ZepErrors::zepErrBadCall);
   }
-  level.next = last;
-  if (first == last) return Finish({}, {});
-  const bool function = IsFunction(tokens_[first].operation);
-  const Wrapping wrapping{false, function ? tokens_[first].operation : zepMONumber};
-  const std::uint32_t operand = function ? first + 1 : first;
-  if (operand == last) return Finish({}, wrapping);
-  if (last - operand > 1 || IsFunction(tokens_[operand].operation)) {
-    Raise(ZepErrors::zepErrExtractTerm);
-  }
-  TakeToken(tokens_[operand], wrapping);
+  if (!EndsBehind(token)) Fail(ZepErrors::zepErrExtractTerm);
+  TakeToken(token);
 }
 
-void Parser::TakeToken(const Token& token, Wrapping wrapping) {
+void Parser::TakeToken(const Token& token) {
   const std::u16string_view text = tokenizer_.text().substr(token.begin, token.length);
   if (token.operation == zepMOParO || token.operation == zepMOAmount) {
-    wrapping.dashes = token.operation == zepMOAmount;
-    Enter(token.begin + 1, token.end() - 1, wrapping);
+    if (token.operation == zepMOAmount) operators_.push_back(zepMOAmount);
+    Enter(token.begin + 1, token.end() - 1);
   } else if (token.operation == zepMOGetVar) {
-    Finish({zepMOGetVar, text[0], 0}, wrapping);
+    Finish({zepMOGetVar, text[0], 0});
   } else {
     const auto number =
         token.operation == zepMONumber ? TextToNumber(text, numbers_) : std::optional<double>();
-    if (!number) Raise(ZepErrors::zepErrExtractTerm);
-    Finish({zepMONumber, 0, *number}, wrapping);
+    if (!number) Fail(ZepErrors::zepErrExtractTerm);
+    Finish({zepMONumber, 0, *number});
   }
 }
 
-void Parser::Finish(Term::Node leaf, Wrapping wrapping) {
-  Push(leaf, 1);
-  Wrap(wrapping);
+/// Whether the innermost level has an operator next, or nothing.
+bool Parser::LacksOperand() const {
+  const Level& level = levels_.back();
+  return level.position == level.end || OperatorOf(tokenizer_.text()[level.position]);
+}
+
+/// Whether nothing more belongs to an operand whose last token was read.
+bool Parser::EndsBehind(const Token& token) const {
+  if (LacksOperand()) return true;
+  Level behind = levels_.back();
+  Token next;
+  return ReadToken(behind, next) && ImpliesMultiplication(token, next);
+}
+
+/// False where there is no token.
+bool Parser::ReadToken(Level& level, Token& token) const {
+  try {
+    tokenizer_.Read(level.position, level.end, token);
+  } catch (const Failure&) {
+    return false;
+  }
+  level.position = token.end();
+  return true;
+}
+
+void Parser::Finish(const Term::Node& leaf) {
+  nodes_.push_back(leaf);
   // The value may complete its level, and that the one around it.
-  for (;;) {
+  while (!levels_.empty()) {
     Level& level = levels_.back();
-    if (level.next < tokens_.size()) {
-      const Token& behind = tokens_[level.next];
-      const bool given = IsBinary(behind.operation);
-      const ZepMathOperation operation = given ? behind.operation : zepMOMulti;
-      if (given) ++level.next;
+    if (level.position < level.end) {
+      const auto given = OperatorOf(tokenizer_.text()[level.position]);
+      if (given) ++level.position;
+      const ZepMathOperation operation = given.value_or(zepMOMulti);
       Join(*PriorityOf(operation), level.operators);
       operators_.push_back(operation);
       return;
     }
     Join(ZepMathPriority::zepMPLowest, level.operators);
-    const Wrapping around = level.wrapping;
-    tokens_.resize(level.first, Token{});
     levels_.pop_back();
-    Wrap(around);
-    if (levels_.empty()) return;
   }
 }
 
-void Parser::Wrap(Wrapping wrapping) {
-  for (const auto operation : {wrapping.dashes ? zepMOAmount : zepMONumber, wrapping.function}) {
-    if (operation != zepMONumber) Push({operation, 0, 0}, sizes_.back() + 1);
-  }
-}
-
-/// Joins values by the open operators of the level, from the last back, that have at least a
-/// priority.
+/// Applies the open operators of the level, from the last back: functions and value dashes, which
+/// have their operand now, and what has at least a priority.
 void Parser::Join(ZepMathPriority at_least, std::size_t floor) {
-  while (operators_.size() > floor && *PriorityOf(operators_.back()) >= at_least) {
-    const std::uint32_t right = sizes_.back();
-    const std::uint32_t left = sizes_[sizes_.size() - 1 - right];
-    Push({operators_.back(), 0, 0}, left + right + 1);
+  while (operators_.size() > floor) {
+    const ZepMathOperation operation = operators_.back();
+    if (IsBinary(operation) && *PriorityOf(operation) < at_least) break;
+    nodes_.push_back({operation, 0, 0});
     operators_.pop_back();
   }
 }
 
-/// Each node before its operands. From the last node back, the size of each operand gives way to
-/// the place where its nodes go.
-std::vector<Term::Node> Parser::InOrderOfText() {
-  std::vector<Term::Node> ordered(nodes_.size());
-  sizes_.back() = 0;
-  for (std::size_t i = nodes_.size(); i-- > 0;) {
-    const std::uint32_t place = sizes_[i];
-    ordered[place] = nodes_[i];
-    const int operands = OperandCount(nodes_[i].operation);
-    if (operands == 1) sizes_[i - 1] = place + 1;
-    if (operands < 2) continue;
-    const std::size_t right = i - 1, left = right - sizes_[right];
-    sizes_[right] = place + 1 + sizes_[left];
-    sizes_[left] = place + 1;
+/// Raises what is met first if each level is cut into tokens before the levels in it are parsed:
+/// what follows may hold a token that is none.
+void Parser::Fail(ZepErrors number) {
+  for (Level& level : levels_) {
+    for (Token token; level.position < level.end;) {
+      if (ReadToken(level, token)) continue;
+      const bool first = level.position == level.begin;
+      Raise(first ? ZepErrors::zepErrBadPropValue : ZepErrors::zepErrBadCall);
+    }
   }
-  return ordered;
+  Raise(number);
 }
 
 }  // namespace

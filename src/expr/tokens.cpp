@@ -60,27 +60,27 @@ Tokenizer::Tokenizer(std::u16string_view text, const NumberFormat& numbers)
 /// For each bracket and dash, where its group closes. A dash closes at the next one of its own
 /// bracket depth, unless that depth is left before.
 void Tokenizer::FindClosings() {
-  std::vector<Position> open;              // brackets
-  std::vector<Position> last_dash{kNone};  // of each open bracket's content, the whole text first
+  struct Level {
+    Position bracket, last_dash;
+  };
+  std::vector<Level> open{{kNone, kNone}};  // the whole text first
   const auto length = static_cast<Position>(text_.size());
   for (Position i = 0; i < length; ++i) {
     const char16_t c = text_[i];
     if (c == u'(') {
       closing_[i] = kNone;
-      open.push_back(i);
-      last_dash.push_back(kNone);
+      open.push_back({i, kNone});
     } else if (c == u')') {
-      if (open.empty()) {
-        last_dash.back() = kNone;
+      if (open.size() == 1) {
+        open.back().last_dash = kNone;
         continue;
       }
-      closing_[open.back()] = i;
+      closing_[open.back().bracket] = i;
       open.pop_back();
-      last_dash.pop_back();
     } else if (c == u'|') {
       closing_[i] = kNone;
-      if (last_dash.back() != kNone) closing_[last_dash.back()] = i;
-      last_dash.back() = i;
+      if (open.back().last_dash != kNone) closing_[open.back().last_dash] = i;
+      open.back().last_dash = i;
     }
   }
 }
@@ -90,22 +90,11 @@ void Tokenizer::Read(Position begin, Position end, Token& token) const {
   const std::u16string_view rest(text_.data() + begin, end - begin);
   token.begin = begin;
   token.length = 1;
+  if (const auto operation = OperatorOf(rest[0])) {
+    token.operation = *operation;
+    return;
+  }
   switch (rest[0]) {
-    case u'+':
-      token.operation = zepMOAdd;
-      return;
-    case u'-':
-      token.operation = zepMOSub;
-      return;
-    case u'*':
-      token.operation = zepMOMulti;
-      return;
-    case u'/':
-      token.operation = zepMODivi;
-      return;
-    case u'^':
-      token.operation = zepMORaise;
-      return;
     case u')':
       token.operation = zepMOParC;
       return;

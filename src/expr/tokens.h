@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "enums.h"
@@ -17,6 +18,25 @@ struct Token {
 
   std::uint32_t end() const { return begin + length; }
 };
+
+/// The operation that joins two operands where this character stands between them.
+constexpr std::optional<ZepMathOperation> OperatorOf(char16_t c) {
+  using enum ZepMathOperation;
+  switch (c) {
+    case u'+':
+      return zepMOAdd;
+    case u'-':
+      return zepMOSub;
+    case u'*':
+      return zepMOMulti;
+    case u'/':
+      return zepMODivi;
+    case u'^':
+      return zepMORaise;
+    default:
+      return {};
+  }
+}
 
 /// Cuts a term into tokens. Where each bracket and value dash closes is found once for the whole
 /// text, so that tokens of any part of it are had in time proportional to their own length.

@@ -145,6 +145,8 @@ TEST(TermCases, WhichErrorComesFirst) {
       {u"#", zepErrBadPropValue},
       {u"#+(", zepErrBadPropValue},
       {u"x#", zepErrBadCall},
+      {u"+#", zepErrBadCall},
+      {u"SIN#", zepErrBadCall},
       {u".", zepErrBadPropValue},
       {u"x+.", zepErrBadCall},
       {u"|x", zepErrBadPropValue},
@@ -168,6 +170,9 @@ TEST(TermCases, WhichErrorComesFirst) {
       {u"1+|#|", zepErrBadPropValue},
       // The outer level before what is inside, then from the left.
       {u"(#)+x#", zepErrBadCall},
+      {u"(x)(y)+#", zepErrBadCall},
+      {u"1+(2*((x)(y))+#)+z", zepErrBadCall},
+      {u"1+(2*((x)(y))+3)+z", zepErrExtractTerm},
       {u"(#)+(x#)", zepErrBadPropValue},
       {u"(x#)+(#)", zepErrBadCall},
       {u"(x)(y)+(#)", zepErrExtractTerm},
