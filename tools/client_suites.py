@@ -17,41 +17,46 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 SAMPLES = ROOT / 'samples/conversation'
 TRANSCRIPT = SAMPLES / 'transcript.txt'
 # Wine's script host passes no events on, and errors of JScript have no source anywhere.
-LACKING = {'vbscript.vbs': ('events', 'answers'), 'jscript.js': ('events', 'answers', 'sources')}
+LACKING = {'.vbs': ('events', 'answers'), '.js': ('events', 'answers', 'sources')}
+CHECKERS = {'.py': [sys.executable, '-c', 'import ast, sys; ast.parse(open(sys.argv[1]).read())'],
+            '.cs': ['mcs', '--parse']}
 
 
 def clients(run, windows, generated):
     """Every client that runs on a Windows; `generated` is where the component's header is."""
     with tempfile.TemporaryDirectory() as folder:
-        built = {**scripts(windows), **programs(run, windows, generated, pathlib.Path(folder)),
-                 **pascal_programs(run, windows)}
-        for name, (command, output, code) in built.items():
-            if not code:
-                output, code = run.program(command)
-            yield from transcript_results(name, output, code, TRANSCRIPT, LACKING.get(name, ()))
+        for language in (scripts(windows), programs(run, windows, generated, pathlib.Path(folder)),
+                         pascal_programs(run, windows)):
+            for sample, command, output, code in language:
+                if not code:
+                    output, code = run.program(command)
+                yield from transcript_results(sample.name, output, code, TRANSCRIPT, LACKING.get(sample.suffix, ()))
+
+
+def samples(*suffixes):
+    return [path for path in sorted(SAMPLES.iterdir()) if path.suffix in suffixes]
 
 
 def scripts(windows):
-    """By the sample's name: how it is called, and output and exit code of building it."""
-    return {name: (windows.command('cscript', '//nologo', str(SAMPLES.relative_to(ROOT) / name)), '', 0)
-            for name in LACKING}
+    """Each sample, how it is called, and output and exit code of building it."""
+    for sample in samples('.vbs', '.js'):
+        # Script hosts take what begins with a slash for an option.
+        yield sample, windows.command('cscript', '//nologo', str(sample.relative_to(ROOT))), '', 0
 
 
 def programs(run, windows, generated, folder):
     """In C++ and C."""
-    found = {}
-    for name, needed in (('early_bound.cpp', ['Zepkit10_i.c']), ('late_bound.cpp', []), ('vtable.c', ['Zepkit10_i.c'])):
-        program = folder / f'{name}.exe'
-        compiler = [windows.compiler, '-std=c++20'] if name.endswith('.cpp') else [windows.c_compiler]
-        built = run.program([*compiler, '-static', '-Wall', '-Wextra', '-Werror', f'-I{generated}',
-                             str(SAMPLES / name), *(str(generated / each) for each in needed), '-o', str(program),
-                             '-lole32', '-loleaut32', '-luuid'])
-        found[name] = (windows.command(str(program)), *built)
-    return found
+    for sample in samples('.cpp', '.c'):
+        built = folder / f'{sample.name}.exe'
+        compiler = [windows.c_compiler] if sample.suffix == '.c' else [windows.compiler, '-std=c++20']
+        output, code = run.program([*compiler, '-static', '-Wall', '-Wextra', '-Werror', f'-I{generated}', str(sample),
+                                    str(generated / 'Zepkit10_i.c'), '-o', str(built), '-lole32', '-loleaut32',
+                                    '-luuid'])
+        yield sample, windows.command(str(built)), output, code
 
 
 def pascal_programs(run, windows):
-    """In Free Pascal, early bound with the unit that it makes of the type library."""
+    """In Free Pascal, which makes a unit of the type library first."""
     folder = ROOT / 'build/pascal' / windows.preset / 'programs'
 
     def compiled(source):
@@ -64,16 +69,18 @@ def pascal_programs(run, windows):
     output, code = compiled(importer)
     if not code:
         output, code = run.program(command(importer, f'Z:{windows.dll}', f'Z:{folder}'))
-    early, late = SAMPLES / 'early_bound.pas', SAMPLES / 'late_bound.pas'
-    return {early.name: (command(early), *((output, code) if code else compiled(early))),
-            late.name: (command(late), *compiled(late))}
+    for sample in samples('.pas'):
+        yield sample, command(sample), *((output, code) if code else compiled(sample))
 
 
-def syntax(run):
-    """Of the samples that do not run here."""
-    checkers = {'.py': [sys.executable, '-c', 'import ast, sys; ast.parse(open(sys.argv[1]).read())'],
-                '.cs': ['mcs', '--parse']}
-    for path in sorted(SAMPLES.iterdir()):
-        if path.suffix in checkers:
-            output, code = run.program([*checkers[path.suffix], str(path)])
-            yield Result(f'{path.name}: syntax', 'failed' if code else 'passed', output)
+def others(run):
+    """The samples that do not run here say so, and those with a checker have no fault of syntax."""
+    for sample in samples('.cls', '.ps1', '.py', '.cs', '.ahk'):
+        said = 'Not run by the tests.' in sample.read_text(encoding='utf-8')
+        yield Result(f'{sample.name} says that it is not run', 'passed' if said else 'failed')
+        if sample.suffix in CHECKERS:
+            output, code = run.program([*CHECKERS[sample.suffix], str(sample)])
+            yield Result(f'{sample.name}: syntax', 'failed' if code else 'passed', output)
+    guide = (ROOT / 'docs/clients.md').read_text(encoding='utf-8')
+    missing = [each.name for each in SAMPLES.iterdir() if f'(../samples/conversation/{each.name})' not in guide]
+    yield Result('docs/clients.md lists every sample', 'failed' if missing else 'passed', ', '.join(missing))

@@ -233,7 +233,7 @@ def clients(windows):
         with registered(run, windows):
             yield from client_suites.clients(run, windows, BUILD / windows.preset / 'generated/zepkit10')
         if windows.preset == 'x64':
-            yield from client_suites.syntax(run)
+            yield from client_suites.others(run)
     return suite
 
 
