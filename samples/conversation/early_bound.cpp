@@ -25,8 +25,7 @@ void Check(HRESULT result) {
   throw _com_error(result, info);
 }
 
-/// Prints the error of a call. The lower half of its number is that of ZepErrors or a runtime
-/// error.
+/// Prints the error of a call; its lower half is the number of ZepErrors or of a runtime error.
 void ShowError(const std::function<void()>& call) {
   try {
     call();

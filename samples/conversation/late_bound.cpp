@@ -1,5 +1,4 @@
-// The conversation in C++, late bound through IDispatch: it needs nothing of the component but its
-// names.
+// The conversation in C++, late bound through IDispatch: all that it knows are names of members.
 //     x86_64-w64-mingw32-g++ -std=c++20 -static late_bound.cpp -lole32 -loleaut32 -luuid
 #include <windows.h>
 #include <comdef.h>
@@ -19,8 +18,7 @@ struct Error {
   _bstr_t source, text;
 };
 
-/// Prints the error of a call. The lower half of its number is that of ZepErrors or a runtime
-/// error.
+/// Prints the error of a call; its lower half is the number of ZepErrors or of a runtime error.
 void ShowError(const std::function<void()>& call) {
   try {
     call();
