@@ -180,6 +180,7 @@ const Plan* Evaluable::PlanFor(int nesting, std::uint64_t now) {
 
 double Evaluable::EvaluateInOrder() {
   if (const double* number = Term().Constant()) return *number;
+  const DefaultFloatEnvironment environment;
   try {
     Evaluation evaluation;  // not Evaluation(), which would clear its stacks first
     return evaluation.Run(*this);

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -37,6 +36,7 @@ class Evaluable {
 
  private:
   friend class Evaluation;
+  friend double Evaluate(Evaluable& root);
   friend double Evaluate(Evaluable& root, const DefaultFloatEnvironment& environment);
 
   const Plan* PlanWorthHaving();
@@ -56,11 +56,22 @@ inline void MeaningChanged() noexcept { meaning.fetch_add(1, std::memory_order_r
 /// chain of any length is followed, one that leads back to itself raises error 28. Operands are
 /// evaluated right before left. Raises error 11 for a division by zero, 6 for an overflow and 5 for
 /// any other invalid operation; the result is always finite. Errors of the runtime, a lookup's too,
-/// name the Expression as their source; the library's own keep theirs.
-inline double Evaluate(Evaluable& root, const DefaultFloatEnvironment&) {
+/// name the Expression as their source; the library's own keep theirs. The thread's floating-point
+/// environment does not matter.
+inline double Evaluate(Evaluable& root) {
   if (const Plan* plan = root.PlanWorthHaving()) {
     const double value = plan->Run();
-    if (std::isfinite(value)) [[likely]]
+    if (IsFinite(value)) [[likely]]
+      return value;
+  }
+  return root.EvaluateInOrder();
+}
+
+/// The same where the environment is the default one already.
+inline double Evaluate(Evaluable& root, const DefaultFloatEnvironment&) {
+  if (const Plan* plan = root.PlanWorthHaving()) {
+    const double value = plan->RunInDefaultEnvironment();
+    if (IsFinite(value)) [[likely]]
       return value;
   }
   return root.EvaluateInOrder();

@@ -28,7 +28,7 @@ class Expression final : public AutomationObject<Expression, ExpressionShim>, pu
 
   Unguarded<double> Value() {
     if (const double* number = term_.Constant()) return *number;
-    return Evaluate(*this, DefaultFloatEnvironment());
+    return Evaluate(*this);
   }
   Unguarded<> SetValue(double NewValue) {
     if (!IsFinite(NewValue)) Raise(ZepErrors::zepErrBadPropValue);

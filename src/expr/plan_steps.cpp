@@ -2,17 +2,15 @@
 
 #include <array>
 #include <cmath>
-#include <limits>
+#include <optional>
 
-#include "expr/arithmetic.h"
+#include "expr/plan_functions.h"
 
 namespace zepkit10 {
 namespace {
 
 using enum Joint;
 using Step = Plan::Step;
-
-constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 
 template <Joint joint>
 double Joined(double value, double operand) {
@@ -22,20 +20,14 @@ double Joined(double value, double operand) {
   if constexpr (joint == kMul) return value * operand;
   if constexpr (joint == kDiv) return std::isfinite(operand) ? value / operand : kNoValue;
   if constexpr (joint == kDivInto) return std::isfinite(value) ? operand / value : kNoValue;
-  if constexpr (joint == kRaise || joint == kRaiseInto) {
-    if (!std::isfinite(value) || !std::isfinite(operand)) return kNoValue;
-    return joint == kRaise ? Power(value, operand) : Power(operand, value);
-  }
+  if constexpr (joint == kRaise) return PlannedPower(value, operand);
+  if constexpr (joint == kRaiseInto) return PlannedPower(operand, value);
 }
 
-template <double (*function)(double)>
+template <ZepMathOperation function>
 double RunFunction(double value, const Step&) {
-  return function(value);
-}
-
-template <double (*function)(double)>
-double RunFunctionOfFinite(double value, const Step&) {
-  return std::isfinite(value) ? function(value) : kNoValue;
+  constexpr PlannedFunction kFunction = PlannedFunctionOf(function);
+  return kFunction(value);
 }
 
 template <Joint joint>
@@ -100,7 +92,7 @@ RunStep Keep() {
 }
 
 RunStep RunNested() {
-  return [](double, const Step& step) { return step.nested->Run(); };
+  return [](double, const Step& step) { return step.nested->RunInDefaultEnvironment(); };
 }
 
 RunStep Square() {
@@ -111,21 +103,21 @@ RunStep Apply(ZepMathOperation function) {
   using enum ZepMathOperation;
   switch (function) {
     case zepMOAmount:
-      return RunFunction<std::fabs>;
+      return RunFunction<zepMOAmount>;
     case zepMOSqr:
-      return RunFunction<std::sqrt>;
+      return RunFunction<zepMOSqr>;
     case zepMOExp:
-      return RunFunctionOfFinite<std::exp>;
+      return RunFunction<zepMOExp>;
     case zepMOLog:
-      return RunFunction<std::log>;
+      return RunFunction<zepMOLog>;
     case zepMOSin:
-      return RunFunction<std::sin>;
+      return RunFunction<zepMOSin>;
     case zepMOCos:
-      return RunFunction<std::cos>;
+      return RunFunction<zepMOCos>;
     case zepMOTan:
-      return RunFunction<std::tan>;
+      return RunFunction<zepMOTan>;
     case zepMOAtn:
-      return RunFunctionOfFinite<std::atan>;
+      return RunFunction<zepMOAtn>;
     default:
       return nullptr;
   }

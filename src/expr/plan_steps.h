@@ -1,17 +1,21 @@
 #pragma once
 
+#include <span>
+#include <vector>
+
 #include "enums.h"
 #include "expr/plan.h"
 
 namespace zepkit10 {
 
+/// The instructions as steps. `kept` has room for as many values as they keep at once.
+std::vector<Plan::Step> StepsOf(std::span<const Instruction> instructions,
+                                std::vector<double>& kept);
+
 /// What a step does, for each kind of step and its operations. No step loses a value that is not
 /// finite: where the operation would make a finite number of it, as a division by it does, the step
 /// makes NaN. Null where no such step exists, and two must do.
 using RunStep = double (*)(double value, const Plan::Step& step);
-
-/// How a value is joined with an operand: the operand is added, subtracted, subtracted from …
-enum class Joint { kSubFrom, kAdd, kSub, kMul, kDiv, kDivInto, kRaise, kRaiseInto };
 
 /// The value becomes `first`.
 RunStep Load();

@@ -9,6 +9,7 @@ using enum ZepMathOperation;
 
 Term::Term(std::vector<Node> nodes)
     : nodes_(std::move(nodes)),
+      has_nodes_(true),
       is_constant_(nodes_.front().operation == zepMONumber),
       constant_(nodes_.front().number) {
   std::size_t depth = 0;
@@ -18,13 +19,20 @@ Term::Term(std::vector<Node> nodes)
   }
 }
 
-void Term::BecomeNumber(double number) {
-  const bool negative = std::bit_cast<std::uint64_t>(number) > kSign;
-  nodes_.assign(negative ? 3 : 1, Node{});
-  if (negative) nodes_[0] = {zepMOSub, 0, 0};
-  stack_depth_ = negative ? 2 : 1;
+void Term::BecomeNumber() noexcept {
+  nodes_ = {};
   is_constant_ = true;
-  SetNumber(number);
+}
+
+void Term::MakeNodes() const {
+  const bool negative = constant_ < 0;
+  stack_depth_ = negative ? 2 : 1;
+  if (negative) {
+    nodes_ = {{zepMOSub, 0, 0}, {zepMONumber, 0, 0}, {zepMONumber, 0, -constant_}};
+  } else {
+    nodes_ = {{zepMONumber, 0, constant_}};
+  }
+  has_nodes_ = true;
 }
 
 }  // namespace zepkit10

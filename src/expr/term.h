@@ -29,31 +29,36 @@ class Term {
   /// Makes the term what its number's text would be parsed to: a negative number is 0 minus its
   /// absolute value. The number is finite. Nothing is calculated, so that nothing can trap.
   void SetNumber(double number) {
-    const std::uint64_t bits = std::bit_cast<std::uint64_t>(number);
-    const bool negative = bits > kSign;  // the text of -0 is that of 0
-    if (!is_constant_ || (nodes_.size() > 1) != negative) return BecomeNumber(number);
-    nodes_.back().number = std::bit_cast<double>(bits & ~kSign);
-    constant_ = std::bit_cast<double>(negative ? bits : bits & ~kSign);
+    if (!is_constant_) BecomeNumber();
+    constexpr std::uint64_t kMinusZero = std::uint64_t{1} << 63;  // whose text is that of 0
+    constant_ = std::bit_cast<std::uint64_t>(number) == kMinusZero ? 0 : number;
+    has_nodes_ = false;
   }
 
   /// Each node stands before its left and then its right operand. Read from the end, that is the
   /// order of evaluation: the right operand first, then the left, then what joins them.
-  const std::vector<Node>& Nodes() const { return nodes_; }
+  const std::vector<Node>& Nodes() const {
+    if (!has_nodes_) MakeNodes();
+    return nodes_;
+  }
 
   /// How many operands an evaluation in that order holds at most.
-  std::size_t StackDepth() const { return stack_depth_; }
+  std::size_t StackDepth() const {
+    Nodes();
+    return stack_depth_;
+  }
 
   /// The value of a term that is a plain number, null for any other.
   const double* Constant() const { return is_constant_ ? &constant_ : nullptr; }
 
  private:
-  static constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
+  void BecomeNumber() noexcept;
+  void MakeNodes() const;
 
-  /// `SetNumber` of a term that has other nodes than the number has.
-  void BecomeNumber(double number);
-
-  std::vector<Node> nodes_{Node{}};
-  std::size_t stack_depth_ = 1;
+  // Those of a number that was set are made when they are asked for.
+  mutable std::vector<Node> nodes_;
+  mutable std::size_t stack_depth_ = 0;
+  mutable bool has_nodes_ = false;
   bool is_constant_ = true;
   double constant_ = 0;
 };

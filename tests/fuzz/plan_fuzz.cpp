@@ -74,6 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (int again = 0; again < 2; ++again) {
       Expect(OutcomeOf(planned) == by_rule, "the plan comes to something else");
     }
+    MakeCodeFor(planned);
+    Expect(OutcomeOf(planned) == by_rule, "the plan's code comes to something else");
   }
   return 0;
 }

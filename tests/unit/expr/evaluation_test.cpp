@@ -16,7 +16,7 @@ Failure Runtime(ZepVbErrors3To98 number) {
   return {static_cast<std::int32_t>(number), u"Zepkit10.Expression", {}};
 }
 
-double ValueOf(Evaluable& term) { return Evaluate(term, DefaultFloatEnvironment()); }
+double ValueOf(Evaluable& term) { return Evaluate(term); }
 
 class EvaluationTest : public testing::Test {
  protected:

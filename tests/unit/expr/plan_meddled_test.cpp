@@ -29,7 +29,7 @@ TEST(PlanMeddled, AVariableIsPlannedOnceForAPlan) {
     root.term = ParseTerm(text, naive::EnglishNumbers());
     root.expressions = &set;
     const double expected = set.Evaluate(text);
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(Evaluate(root, DefaultFloatEnvironment()), expected);
+    for (int i = 0; i < 6; ++i) EXPECT_EQ(Evaluate(root), expected);
   }
 }
 
@@ -46,7 +46,7 @@ TEST(PlanMeddled, ChangesInAnotherThreadDoNoHarm) {
   root.term = ParseTerm(u"w+v*w-v", naive::EnglishNumbers());
   root.expressions = &set;
   for (int i = 0; i < 20'000; ++i) {
-    if (Evaluate(root, DefaultFloatEnvironment()) != 980) ADD_FAILURE() << i;
+    if (Evaluate(root) != 980) ADD_FAILURE() << i;
   }
   done = true;
   other.join();

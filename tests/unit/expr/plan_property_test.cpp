@@ -74,7 +74,7 @@ Term Grown(std::mt19937& random, int depth) {
 TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
   static std::uint32_t seed = 0;
   std::mt19937 random(++seed);
-  int values = 0, faults = 0;
+  int values = 0, faults = 0, codes = 0;
   for (int i = 0; i < 3000; ++i) {
     TestExpressions set;
     for (const char16_t name : kVariables) set.Set(name, 1.0);
@@ -86,6 +86,7 @@ TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
     set.At(u't').term = Grown(random, 0);
     if (random() % 4 == 0) set.At(u't').term = ParseTerm(u"x^2-y/z", naive::EnglishNumbers());
     for (int round = 0; round < 20; ++round) {
+      if (round == 10) codes += MakeCodeFor(planned);
       // Numbers in place of numbers: the plan stays.
       for (TestExpression* number : numbers) number->term.SetNumber(Hostile(random));
       const EvaluationOutcome by_rule = OutcomeOf(unplanned);
@@ -96,6 +97,7 @@ TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
   }
   EXPECT_GT(values, 10'000);
   EXPECT_GT(faults, 10'000);
+  EXPECT_GT(codes, 2000);
 }
 
 }  // namespace

@@ -73,7 +73,7 @@ TEST(Planner, WithoutMemoryTermsAreEvaluatedWithoutAPlan) {
   OutOfMemory root;
   root.term = ParseTerm(u"x+1", naive::EnglishNumbers());
   root.expressions = &set;
-  for (int i = 0; i < 3; ++i) EXPECT_EQ(4, Evaluate(root, DefaultFloatEnvironment()));
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(4, Evaluate(root));
 }
 
 TEST(Planner, LongChainsOfVariablesAreEvaluatedWithoutAPlan) {

@@ -39,10 +39,14 @@ struct EvaluationOutcome {
 
 inline EvaluationOutcome OutcomeOf(Evaluable& term) {
   EvaluationOutcome outcome;
-  outcome.failure = FailureOf([&] {
-    outcome.bits = std::bit_cast<std::uint64_t>(Evaluate(term, DefaultFloatEnvironment()));
-  });
+  outcome.failure = FailureOf([&] { outcome.bits = std::bit_cast<std::uint64_t>(Evaluate(term)); });
   return outcome;
+}
+
+/// Has the evaluations that follow run machine code. False where the term has no plan or no code.
+inline bool MakeCodeFor(Evaluable& term) {
+  const Plan* plan = term.PlanFor(0, meaning);
+  return plan && plan->MakeCode();
 }
 
 class TestExpressions;
@@ -73,8 +77,8 @@ class TestExpressions {
   }
   void Set(char16_t name, double number) { At(name).term.SetNumber(number); }
 
-  /// Evaluates a term in the order of the rules, and again with a plan, which must come to the same
-  /// to the last bit.
+  /// Evaluates a term in the order of the rules, again with a plan, and once more with the plan's
+  /// machine code, which must come to the same to the last bit.
   double Evaluate(const Term& term) {
     TestExpression root;
     root.term = term;
@@ -84,6 +88,10 @@ class TestExpressions {
     const EvaluationOutcome second = OutcomeOf(root);
     lookups = lookups_of_first;
     if (first != second) throw std::logic_error("the plan comes to something else");
+    MakeCodeFor(root);
+    const EvaluationOutcome third = OutcomeOf(root);
+    lookups = lookups_of_first;
+    if (first != third) throw std::logic_error("the plan's code comes to something else");
     if (first.failure.number != 0) throw first.failure;
     return std::bit_cast<double>(first.bits);
   }
