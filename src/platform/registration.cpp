@@ -34,6 +34,11 @@ std::wstring ProgIdOf(const ClassDescription& description) {
   return std::wstring(L"Zepkit10.") + reinterpret_cast<const wchar_t*>(description.name);
 }
 
+/// The name that only a release whose interfaces a client could not use would change.
+std::wstring VersionedProgIdOf(const ClassDescription& description, WORD major) {
+  return ProgIdOf(description) + L"." + std::to_wstring(major);
+}
+
 std::wstring ClassKeyOf(const ClassDescription& description) {
   return kClasses + L"CLSID\\" + TextOf(*description.clsid);
 }
@@ -98,20 +103,28 @@ ComPtr<ITypeLib> OwnLibrary() {
   return library;
 }
 
+void RegisterProgId(Users users, const std::wstring& prog_id, const ClassDescription& description) {
+  Write(users, kClasses + prog_id, nullptr, ProgIdOf(description));
+  Write(users, kClasses + prog_id + L"\\CLSID", nullptr, TextOf(*description.clsid));
+}
+
 void RegisterClass(Users users, const ClassDescription& description, const std::wstring& path,
                    const LibraryIdentity& library) {
   const std::wstring key = ClassKeyOf(description);
   const std::wstring prog_id = ProgIdOf(description);
+  const std::wstring versioned = VersionedProgIdOf(description, library.major);
   const std::wstring version =
       std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
   Write(users, key, nullptr, prog_id);
   Write(users, key + L"\\InprocServer32", nullptr, path);
   Write(users, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
-  Write(users, key + L"\\ProgID", nullptr, prog_id);
+  Write(users, key + L"\\ProgID", nullptr, versioned);
+  Write(users, key + L"\\VersionIndependentProgID", nullptr, prog_id);
   Write(users, key + L"\\TypeLib", nullptr, TextOf(library.guid));
   Write(users, key + L"\\Version", nullptr, version);
-  Write(users, kClasses + prog_id, nullptr, prog_id);
-  Write(users, kClasses + prog_id + L"\\CLSID", nullptr, TextOf(*description.clsid));
+  RegisterProgId(users, versioned, description);
+  RegisterProgId(users, prog_id, description);
+  Write(users, kClasses + prog_id + L"\\CurVer", nullptr, versioned);
 }
 
 HRESULT RegisterLibrary(Users users, ITypeLib& library, std::wstring path) {
@@ -133,9 +146,8 @@ HRESULT UnregisterLibrary(Users users, const LibraryIdentity& of) {
   return UnRegisterTypeLibForUser(of.guid, of.major, of.minor, of.locale, of.system);
 }
 
-bool UnregisterLibrary(Users users) {
-  const HRESULT hr = UnregisterLibrary(users, IdentityOf(*OwnLibrary().Get()));
-  // A library that is not registered: the first on Windows, the second in Wine.
+bool IsUnregistered(HRESULT hr) {
+  // A library that was not registered: the first on Windows, the second in Wine.
   return SUCCEEDED(hr) || hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG;
 }
 
@@ -155,10 +167,12 @@ HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
 }
 
 HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept try {
-  bool clean = UnregisterLibrary(users);
+  const LibraryIdentity library = IdentityOf(*OwnLibrary().Get());
+  bool clean = IsUnregistered(UnregisterLibrary(users, library));
   for (const ClassObject& each : classes) {
     clean &= DeleteKey(users, ClassKeyOf(each.Description()));
     clean &= DeleteKey(users, kClasses + ProgIdOf(each.Description()));
+    clean &= DeleteKey(users, kClasses + VersionedProgIdOf(each.Description(), library.major));
   }
   return clean ? S_OK : SELFREG_E_CLASS;
 } catch (const RegistryFault&) {

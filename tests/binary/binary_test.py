@@ -1,6 +1,7 @@
 """The DLLs as a user's system sees them: what they import, what they allow, what they say of themselves."""
 import pathlib
 import re
+import struct
 import subprocess
 import unittest
 
@@ -48,6 +49,13 @@ class BinaryTest:
         self.assertIn(b'\xbd\x04\xef\xfe\x00\x00\x01\x00' + fixed + fixed, content)
         for text in ('ProductVersion', f'{major}.{minor}.{patch}', 'zepkit10.dll'):
             self.assertIn(text.encode('utf-16-le'), content)
+
+    def test_tells_the_version_of_its_type_library(self):
+        content = self.path.read_bytes()
+        fixed = content.index(b'\xbd\x04\xef\xfe\x00\x00\x01\x00')
+        library = content.index(b'MSFT\x02\x00\x01\x00')
+        minor, major = struct.unpack_from('<HH', content, fixed + 8)
+        self.assertEqual((major, minor), struct.unpack_from('<HH', content, library + 24))
 
     def test_carries_nothing_for_debuggers_and_no_time_stamp(self):
         self.assertNotIn('.debug', self.headers)

@@ -100,7 +100,7 @@ class InstallerTest(unittest.TestCase):
 
     def test_it_writes_every_entry_of_its_list(self):
         found = list(entries.class_entries(PRODUCT, 'DLL')) + list(entries.name_entries(PRODUCT))
-        self.assertEqual(8 * len(PRODUCT.classes), len(found))
+        self.assertEqual(12 * len(PRODUCT.classes), len(found))
         for entry in found:
             text = value(self.installed, rf'{LOCAL_CLASSES}\{entry.key}', entry.name or '@')
             self.assertEqual(entry.value, 'DLL' if text.endswith(r'\zepkit10.dll') else text)

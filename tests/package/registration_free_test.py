@@ -56,10 +56,9 @@ class RegistrationFreeTest(unittest.TestCase):
             self.assertEqual((f'Zepkit10 was not found: {NOT_REGISTERED}\n', 1), run(f'{name}/host.exe'))
 
     def test_every_class_and_the_type_library_are_found_in_the_context_of_a_script(self):
-        names = [f'Zepkit10.{each.name}' for each in PRODUCT.classes]
+        names = [f'Zepkit10.{each.name}{version}' for each in PRODUCT.classes for version in ('', '.1')]
         output, code = run(self.folder / 'context.exe', f'Z:{self.folder}/script.manifest', *names)
-        self.assertEqual([f'{name}: {each.name}' for name, each in zip(names, PRODUCT.classes)] +
-                         [f'library: {PRODUCT.library.name}'], output.splitlines())
+        self.assertEqual([f"{name}: {name.split('.')[1]}" for name in names] + [f'library: {PRODUCT.library.name}'], output.splitlines())
         self.assertEqual(0, code)
 
     def test_the_script_runs_where_there_are_contexts_for_scripts(self):
@@ -76,8 +75,9 @@ class ManifestTest(unittest.TestCase):
 
     def test_it_lists_every_creatable_class(self):
         classes = self.assembly.findall(f'{ASM}file/{ASM}comClass')
-        self.assertEqual({f'Zepkit10.{each.name}': each.guid for each in PRODUCT.classes},
-                         {each.get('progid'): each.get('clsid') for each in classes})
+        self.assertEqual([(f'Zepkit10.{each.name}.1', [f'Zepkit10.{each.name}'], each.guid) for each in PRODUCT.classes],
+                         [(each.get('progid'), [name.text for name in each.findall(f'{ASM}progid')], each.get('clsid'))
+                          for each in classes])
         self.assertEqual({('Apartment', PRODUCT.library.guid)},
                          {(each.get('threadingModel'), each.get('tlbid')) for each in classes})
 

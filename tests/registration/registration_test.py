@@ -35,8 +35,12 @@ class RegistrationTest(unittest.TestCase):
         for name, guid in creatable.items():
             with self.subTest(name):
                 clsid = f'{{{guid}}}'.upper()
-                self.assertEqual(clsid, self.value(rf'Zepkit10.{name}\CLSID').upper())
-                self.assertEqual(f'Zepkit10.{name}', self.value(rf'CLSID\{clsid}\ProgID'))
+                for prog_id in (f'Zepkit10.{name}', f'Zepkit10.{name}.1'):
+                    self.assertEqual(f'Zepkit10.{name}', self.value(prog_id))
+                    self.assertEqual(clsid, self.value(rf'{prog_id}\CLSID').upper())
+                self.assertEqual(f'Zepkit10.{name}.1', self.value(rf'Zepkit10.{name}\CurVer'))
+                self.assertEqual(f'Zepkit10.{name}.1', self.value(rf'CLSID\{clsid}\ProgID'))
+                self.assertEqual(f'Zepkit10.{name}', self.value(rf'CLSID\{clsid}\VersionIndependentProgID'))
                 self.assertEqual(f'{{{library}}}'.upper(),
                                  self.value(rf'CLSID\{clsid}\TypeLib').upper())
                 server = rf'CLSID\{clsid}\InprocServer32'

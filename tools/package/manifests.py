@@ -22,8 +22,10 @@ def assembly(product, bitness):
     library = product.library
     lines = [HEAD, OPEN, f'  {_identity(product, ASSEMBLY, ARCHITECTURES[bitness])}', '  <file name="zepkit10.dll">']
     for each in product.classes:
-        lines.append(f'    <comClass clsid="{each.guid}" threadingModel="Apartment" tlbid="{library.guid}" '
-                     f'progid="Zepkit10.{each.name}" description="Zepkit10.{each.name}"/>')
+        name = f'Zepkit10.{each.name}'
+        lines += [f'    <comClass clsid="{each.guid}" threadingModel="Apartment" tlbid="{library.guid}" '
+                  f'progid="{product.versioned(name)}" description="{name}">',
+                  f'      <progid>{name}</progid>', '    </comClass>']
     lines += [f'    <typelib tlbid="{library.guid}" version="{library.version}" helpdir="" flags="HASDISKIMAGE"/>',
               '  </file>']
     for each in product.interfaces:

@@ -36,6 +36,10 @@ class Product:
         """A GUID for something, the same in every run."""
         return f"{{{uuid.uuid5(uuid.UUID(self.library.guid), ' '.join(what))}}}".upper()
 
+    def versioned(self, prog_id):
+        """The ProgID that only another major version of the type library would change."""
+        return f"{prog_id}.{self.library.version.split('.')[0]}"
+
     @property
     def classes(self):
         """Those that clients may create, in the order of their names."""

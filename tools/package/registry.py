@@ -16,7 +16,8 @@ def class_entries(product, dll):
         yield Entry(key, '', name)
         yield Entry(rf'{key}\InprocServer32', '', dll)
         yield Entry(rf'{key}\InprocServer32', 'ThreadingModel', 'Apartment')
-        yield Entry(rf'{key}\ProgID', '', name)
+        yield Entry(rf'{key}\ProgID', '', product.versioned(name))
+        yield Entry(rf'{key}\VersionIndependentProgID', '', name)
         yield Entry(rf'{key}\TypeLib', '', product.library.guid)
         yield Entry(rf'{key}\Version', '', product.library.version)
 
@@ -25,8 +26,10 @@ def name_entries(product):
     """The ProgIDs."""
     for each in product.classes:
         name = f'Zepkit10.{each.name}'
-        yield Entry(name, '', name)
-        yield Entry(rf'{name}\CLSID', '', each.guid)
+        for prog_id in (name, product.versioned(name)):
+            yield Entry(prog_id, '', name)
+            yield Entry(rf'{prog_id}\CLSID', '', each.guid)
+        yield Entry(rf'{name}\CurVer', '', product.versioned(name))
 
 
 def _library_key(product):
