@@ -125,10 +125,12 @@ VARIANT& ArgumentCatalogue::Text() {
 void ArgumentCatalogue::MakeRepeatedText(VARIANT& to, long length) {
   to.vt = VT_BSTR;
   to.bstrVal = SysAllocStringLen(nullptr, static_cast<UINT>(length));
-  // Not of spaces, which delimit lists: Wine looks for every block that a spy watches in all
-  // others, and would take seconds for so many parts.
+  // Long ones not of what may be taken for a delimiter: Wine looks for every block that a spy
+  // watches in all others, and would take seconds for so many parts.
   constexpr long kLong = 3000, kHuge = 100'000;
-  const wchar_t repeated = length > kHuge ? L'#' : L"7(a "[Below(length > kLong ? 3 : 4)];
+  const wchar_t repeated = length > kHuge   ? L'#'
+                           : length > kLong ? L"8[b"[Below(3)]
+                                            : L"7(a "[Below(4)];
   for (long i = 0; to.bstrVal && i < length; ++i) to.bstrVal[i] = repeated;
 }
 
