@@ -20,6 +20,8 @@ KINDS = {'func': ('INVOKE_FUNC', '', ''), 'propget': ('INVOKE_PROPERTYGET', 'get
          'propput': ('INVOKE_PROPERTYPUT', 'put_', 'Set'),
          'propputref': ('INVOKE_PROPERTYPUTREF', 'putref_', 'Set')}
 MAX_PARAMETERS = 16  # kMaxParameters of platform/automation/class_description.h
+FIRST_ID = -4        # kFirstId
+MAX_MEMBERS = 256    # positions among them are bytes
 # IDL type: variant type, field of a VARIANT, type in the C++ header, type an event takes if it may
 TYPES = {'long': ('VT_I4', 'lVal', 'LONG', 'std::int32_t'),
          'short': ('VT_I2', 'iVal', 'SHORT', 'std::int16_t'),
@@ -181,11 +183,11 @@ class Generator:
         for coclass in self.classes:
             events = f'&DIID_{coclass.events}' if coclass.events else 'nullptr'
             yield (f'const ClassDescription k{coclass.name}Class{{u"{coclass.name}", {coclass.clsid}, '
-                   f'&IID_{coclass.default}, {events}, k{coclass.name}Members}};\n')
+                   f'&IID_{coclass.default}, {events}, k{coclass.name}Members, k{coclass.name}Positions}};\n')
         yield '\n}  // namespace zepkit10\n'
 
     def interface_table(self, coclass):
-        members = self.library.interfaces[coclass.default].members
+        members = sorted(self.library.interfaces[coclass.default].members, key=lambda member: member.name.lower())
         yield f'\n// {coclass.default}\n'
         entries = ''
         for member in members:
@@ -205,24 +207,34 @@ class Generator:
             entries += (f'    {{L"{member.name}", {member.id}, {KINDS[member.kind][0]}, {result}, '
                         f'{parameters}, {thunk}}},\n')
         yield f'constexpr Member k{coclass.name}Members[] = {{\n{entries}}};\n'
+        positions = ', '.join(str(position) for position in self.positions(coclass.default, members))
+        yield f'constexpr std::uint8_t k{coclass.name}Positions[] = {{{positions}}};\n'
+
+    def positions(self, interface, members):
+        """Where the first member with each DISPID stands, 0 for a DISPID without members."""
+        ids = [member.id for member in members]
+        if min(ids, default=0) < FIRST_ID or len(ids) > MAX_MEMBERS:
+            raise ValueError(f'{interface} has a DISPID below {FIRST_ID} or more than {MAX_MEMBERS} members')
+        return [ids.index(each) if each in ids else 0 for each in range(FIRST_ID, max(ids, default=0) + 1)]
 
     def thunk(self, coclass, member, name):
-        arguments = [self.thunk_argument(i, p) for i, p in enumerate(member.arguments)]
+        last = len(member.arguments) - 1
+        arguments = [self.thunk_argument(last - i, p) for i, p in enumerate(member.arguments)]
         result = 'result' if member.result else ''
         if member.result:
             arguments.append(self.thunk_result(member.result))
         used = 'a' if member.arguments else ''
-        yield (f'HRESULT {name}(IDispatch* object, VARIANT* const* {used}, VARIANT* {result}) {{\n'
+        yield (f'HRESULT {name}(IDispatch* object, const VARIANT* {used}, VARIANT* {result}) {{\n'
                f'  return static_cast<{coclass.default}*>(object)->{KINDS[member.kind][1]}{member.name}('
                f'{", ".join(arguments)});\n}}\n')
 
     def thunk_argument(self, position, parameter):
         by_reference = self.is_by_reference(parameter)
-        if parameter.type == 'VARIANT':
-            return f'a[{position}]' if by_reference else f'*a[{position}]'
         if by_reference:
-            return f'static_cast<{self.abi_type(parameter)}>(a[{position}]->byref)'
-        text = f'a[{position}]->{self.variant_field(parameter.type)}'
+            return f'static_cast<{self.abi_type(parameter)}>(a[{position}].byref)'
+        if parameter.type == 'VARIANT':
+            return f'a[{position}]'
+        text = f'a[{position}].{self.variant_field(parameter.type)}'
         if self.is_interface(parameter.type) or parameter.type in self.library.enumerations:
             return f'static_cast<{self.abi_type(parameter)}>({text})'
         return text

@@ -79,7 +79,7 @@ void ZepVariant::ConnectAsRange(::_ZepVariant* Parent, std::int32_t Start, std::
   is_range_ = true;
 }
 
-std::uint8_t ZepVariant::DataByte(std::int32_t Index) const {
+Unguarded<std::uint8_t> ZepVariant::DataByte(std::int32_t Index) const {
   if (Index < 1 || Index > ByteLength()) Raise(zepErrBadCall);
   return data_[static_cast<std::size_t>(Index) - 1];
 }

@@ -34,11 +34,11 @@ class ZepVariant final : public AutomationObject<ZepVariant, ZepVariantShim> {
   ZepVariant();
   ~ZepVariant() override;
 
-  std::int32_t ByteLength() const { return static_cast<std::int32_t>(data_.size()); }
+  Unguarded<std::int32_t> ByteLength() const { return static_cast<std::int32_t>(data_.size()); }
   void SetByteLength(std::int32_t NewByteLength);
   void ConnectAsRange(::_ZepVariant* Parent, std::int32_t Start, std::int32_t Length,
                       bool ByteCoordinates);
-  std::uint8_t DataByte(std::int32_t Index) const;
+  Unguarded<std::uint8_t> DataByte(std::int32_t Index) const;
   void SetDataByte(std::int32_t Index, std::uint8_t NewDataByte);
   SafeArray DataBytes() const;
   void SetDataBytes(SAFEARRAY* NewDataBytes);

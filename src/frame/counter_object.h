@@ -9,13 +9,15 @@ namespace zepkit10 {
 /// A 32-bit signed counter that tells its listeners every assignment of its value.
 class Counter final : public AutomationObject<Counter, CounterShim> {
  public:
+  static constexpr bool kCalculatesNothing = true;
+
   Counter() : AutomationObject(&events_) {}
 
   /// Both raise error 6 outside the 32-bit range; the value then stays.
   void Decrement(std::int32_t DecrByWhat);
   void Increment(std::int32_t IncrByWhat);
 
-  std::int32_t Value() const { return value_; }
+  Unguarded<std::int32_t> Value() const { return value_; }
   /// Raises `ValueChanged`, also for an equal value.
   void SetValue(std::int32_t NewValue);
 

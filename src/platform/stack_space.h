@@ -27,8 +27,8 @@ inline std::uintptr_t StackBottom() {
 /// Raises error 28 where the stack is nearly used up, as by a handler that calls again, without
 /// end, what it handles.
 inline void RequireStackSpace() {
-  const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-  if (here - StackBottom() < kStackReserve) {
+  const char here = 0;
+  if (reinterpret_cast<std::uintptr_t>(&here) - StackBottom() < kStackReserve) {
     RaiseRuntimeError(ZepVbErrors3To98::zepVbErrOutOfStackSpace);
   }
 }

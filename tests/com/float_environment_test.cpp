@@ -1,48 +1,16 @@
 // Hosts exist that trap floating-point faults or round another way. The component must neither be
 // thrown out of a call nor give other results there, and must leave the host's settings as they
-// were.
-#include <xmmintrin.h>
-
+// were. Every member is called in one by every_member_test.cpp.
 #include <limits>
 
+#include "com/client.h"
 #include "com/component.h"
+#include "com/trapping_host.h"
 
 namespace {
 
+using client::Value;
 using Microsoft::WRL::ComPtr;
-
-constexpr unsigned kTrapAllRoundUp = 0x4000;    // MXCSR: no exception masked, round up
-constexpr unsigned kTrapFaults = 0x1900;        // as Pascal programs do: all but the harmless ones
-constexpr unsigned short kX87TrapAll = 0x0B40;  // no exception masked, round up, 64-bit precision
-
-struct Settings {
-  unsigned mxcsr;
-  unsigned short x87;
-
-  static Settings Current() {
-    Settings current{_mm_getcsr() & ~0x3Fu, 0};
-    asm volatile("fnstcw %0" : "=m"(current.x87));
-    return current;
-  }
-  void Apply() const {
-    asm volatile("fnclex");
-    asm volatile("fldcw %0" : : "m"(x87));
-    _mm_setcsr(mxcsr);
-  }
-  friend bool operator==(const Settings&, const Settings&) = default;
-};
-
-/// Runs a call as such a host would, and demands the host's settings back.
-template <class Call>
-HRESULT InTrappingHost(Call call, unsigned mxcsr = kTrapAllRoundUp) {
-  const Settings mine = Settings::Current(), host{mxcsr, kX87TrapAll};
-  host.Apply();
-  const HRESULT result = call();
-  const Settings after = Settings::Current();
-  mine.Apply();
-  EXPECT_TRUE(after == host);
-  return result;
-}
 
 class FloatEnvironmentTest : public component::Test {
  protected:
@@ -136,6 +104,22 @@ TEST_F(FloatEnvironmentTest, ChartsTakeAnyNumber) {
     EXPECT_TRUE(hr == S_OK || (hr & 0xFFFF0000) == 0x800A0000 || (hr & 0xFFFF0000) == 0x80040000);
   }
   SetErrorInfo(0, nullptr);
+}
+
+// The members themselves take integers only.
+TEST_F(FloatEnvironmentTest, LateBoundArgumentsAreConvertedAsEverywhere) {
+  const auto made = component::Create<IDispatch>(CLSID_Counter);
+  const client::Object counter(made.Get(), client::Binding::kDispatch);
+  const auto increment = [&](const Value& by) {
+    return InTrappingHost([&] { return counter.Call(L"Increment", {by}); });
+  };
+  EXPECT_OK(increment(2.25));
+  EXPECT_EQ(Value(2), counter.Get(L"Value").value);
+  EXPECT_OK(increment(L"3.25"));
+  EXPECT_EQ(Value(5), counter.Get(L"Value").value);
+  EXPECT_EQ(DISP_E_OVERFLOW, increment(1e300).result);
+  EXPECT_EQ(DISP_E_TYPEMISMATCH, increment(L"number").result);
+  EXPECT_EQ(Value(5), counter.Get(L"Value").value);
 }
 
 }  // namespace

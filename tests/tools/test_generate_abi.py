@@ -4,6 +4,7 @@ ZEPKIT10_UPDATE_GOLDEN=1 rewrites them. They are called .txt so that nobody form
 """
 import os
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -77,8 +78,8 @@ class GeneratorTest(unittest.TestCase):
         files = generated(library_with('[id(1)] HRESULT Do(void);',
                                        after='interface _Other : IDispatch { [id(1)] HRESULT Undo(void); };'))
         self.assertIn('class OtherShim final : public Shim<Object, ::_Other>', files['other_shim.h'])
-        self.assertIn('kOtherClass{u"Other", nullptr, &IID__Other, nullptr, kOtherMembers}', files['classes.cpp'])
-        self.assertIn('kThingClass{u"Thing", &CLSID_Thing, &IID__Thing, nullptr, kThingMembers}', files['classes.cpp'])
+        self.assertIn('kOtherClass{u"Other", nullptr, &IID__Other, nullptr, kOtherMembers, kOtherPositions}', files['classes.cpp'])
+        self.assertIn('kThingClass{u"Thing", &CLSID_Thing, &IID__Thing, nullptr, kThingMembers, kThingPositions}', files['classes.cpp'])
 
     def test_a_member_named_like_its_class(self):
         shim = generated(library_with('[propget, id(1)] HRESULT Thing([out, retval] long* Result);'))['thing_shim.h']
@@ -106,6 +107,24 @@ class GeneratorTest(unittest.TestCase):
             before='typedef enum First { same = 1 } First; typedef enum Second { same = 2 } Second;'))['classes.cpp']
         self.assertIn('{L"What", VT_I4, kOptional | kHasDefault, nullptr, {2, nullptr}}', table)
         self.assertIn('{L"Other", VT_VARIANT, kOptional | kHasDefault, nullptr, {1, nullptr}}', table)
+
+    def test_members_are_found_by_name_and_by_dispid(self):
+        table = generated(library_with(
+            '[id(3)] HRESULT Second(void); [propget, id(0)] HRESULT third([out, retval] long* Result); '
+            '[propput, id(0)] HRESULT third([in] long New); [id(1)] HRESULT First(void);'))['classes.cpp']
+        names = re.findall(r'^    {L"(\w+)", -?\d+, INVOKE_', table, re.M)
+        self.assertEqual(['First', 'Second', 'third', 'third'], names)
+        self.assertIn('kThingPositions[] = {0, 0, 0, 0, 2, 0, 0, 1};', table)  # from DISPID -4 on
+
+    def test_members_that_no_table_can_find(self):
+        for members in ('[id(-5)] HRESULT Do(void);',
+                        ' '.join(f'[id({i})] HRESULT Do{i}(void);' for i in range(257))):
+            with self.assertRaisesRegex(ValueError, '_Thing has a DISPID below -4 or more than 256 members'):
+                generated(library_with(members))
+
+    def test_thunks_take_the_last_argument_first(self):
+        table = generated(library_with('[id(1)] HRESULT Do([in] long First, [in, out] VARIANT* Last);'))['classes.cpp']
+        self.assertIn('->Do(a[1].lVal, static_cast<VARIANT*>(a[0].byref));', table)
 
     def test_too_many_parameters(self):
         parameters = ', '.join(f'[in] long P{i}' for i in range(17))

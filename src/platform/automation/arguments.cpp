@@ -1,5 +1,6 @@
 #include "platform/automation/arguments.h"
 
+#include "expr/float_environment.h"
 #include "platform/automation/array_conversion.h"
 #include "platform/automation/variant.h"
 
@@ -15,10 +16,6 @@ void SetLiteral(LONG number, VARIANT* literal) {
   if (number != static_cast<SHORT>(number)) return;
   literal->iVal = static_cast<SHORT>(number);
   literal->vt = VT_I2;
-}
-
-bool IsAssignment(const Member& member) {
-  return (member.kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) != 0;
 }
 
 bool EndsInArray(const Member& member) {
@@ -124,6 +121,7 @@ BoundArguments::~BoundArguments() {
 }
 
 HRESULT BoundArguments::Bind(const DISPPARAMS& given, UINT* fault) noexcept {
+  const DefaultFloatEnvironment environment;  // the platform converts numbers
   HRESULT hr = Assign(given, fault);
   if (FAILED(hr)) return hr;
   const std::size_t count = member_.parameters.size();
@@ -159,7 +157,7 @@ HRESULT BoundArguments::AssignNamed(const DISPPARAMS& given, UINT* fault) noexce
   const auto count = static_cast<DISPID>(member_.parameters.size());
   for (UINT position = 0; position < given.cNamedArgs; ++position) {
     DISPID id = given.rgdispidNamedArgs[position];
-    if (id == DISPID_PROPERTYPUT && IsAssignment(member_)) id = count - 1;
+    if (id == DISPID_PROPERTYPUT && member_.Assigns()) id = count - 1;
     if (id < 0 || id >= count || slots_[id].given) {
       *fault = position;
       return DISP_E_PARAMNOTFOUND;
@@ -174,9 +172,8 @@ HRESULT BoundArguments::BindParameter(std::size_t index) noexcept {
   const Parameter& parameter = member_.parameters[index];
   VARIANT* given = slots_[index].given;
   const bool by_reference = parameter.flags & kByReference;
-  if (given && given->vt == parameter.type && !by_reference && !parameter.iid &&
-      parameter.type != VT_VARIANT) {
-    values_[index] = given;
+  if (given && given->vt == parameter.bound_type) {
+    Value(index) = *given;
     return S_OK;
   }
   const VARIANT* followed = Follow(given);
@@ -220,7 +217,7 @@ HRESULT BoundArguments::BindVariant(std::size_t index) noexcept {
   // arrays, which may be large, are left where they are.
   const bool by_value = followed == slot.given && !(followed->vt & VT_BYREF);
   if (by_value || (followed->vt & VT_ARRAY)) {
-    values_[index] = const_cast<VARIANT*>(followed);
+    Value(index) = *followed;
     return S_OK;
   }
   const HRESULT hr = VariantCopyInd(&slot.own, const_cast<VARIANT*>(followed));
@@ -230,8 +227,7 @@ HRESULT BoundArguments::BindVariant(std::size_t index) noexcept {
 HRESULT BoundArguments::BindVariantReference(std::size_t index) noexcept {
   Slot& slot = slots_[index];
   if (slot.given->vt == (VT_BYREF | VT_VARIANT)) {
-    values_[index] = const_cast<VARIANT*>(Follow(slot.given));
-    return S_OK;
+    return UseLocation(index, const_cast<VARIANT*>(Follow(slot.given)));
   }
   // A member may replace the value: never the one that the client still owns.
   const HRESULT hr = VariantCopy(&slot.own, slot.given);
@@ -297,20 +293,22 @@ HRESULT BoundArguments::BindParameterArray(const DISPPARAMS& given, UINT* fault)
 
 HRESULT BoundArguments::UseOwn(std::size_t index) noexcept {
   const Parameter& parameter = member_.parameters[index];
-  if ((parameter.flags & kByReference) && parameter.type != VT_VARIANT) {
-    return UseLocation(index, &slots_[index].own.byref);
+  VARIANT& own = slots_[index].own;
+  if (parameter.flags & kByReference) {
+    void* value = &own.byref;  // where every other type has its place
+    return UseLocation(index, parameter.type == VT_VARIANT ? &own : value);
   }
-  values_[index] = &slots_[index].own;
+  Value(index) = own;
   return S_OK;
 }
 
 HRESULT BoundArguments::UseLocation(std::size_t index, void* location) noexcept {
-  slots_[index].reference.byref = location;
-  values_[index] = &slots_[index].reference;
+  Value(index).byref = location;
   return S_OK;
 }
 
 HRESULT BoundArguments::WriteBack(UINT* fault) noexcept {
+  const DefaultFloatEnvironment environment;
   for (std::size_t i = 0; i < bound_; ++i) {
     Slot& slot = slots_[i];
     if (!slot.written_back) continue;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "expr/float_environment.h"
 #include "platform/automation/arguments.h"
 #include "platform/automation/module.h"
 #include "platform/automation/object_core.h"
@@ -16,28 +17,33 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
+/// The arguments of one `IDispatch::Invoke`, as they came.
+struct Invocation {
+  DISPID id;
+  REFIID iid;
+  LCID locale;
+  WORD flags;
+  DISPPARAMS* parameters;
+  VARIANT* result;
+  EXCEPINFO* exception;
+  UINT* argument;  // receives the position of an argument that could not be bound
+};
+
 constexpr WORD kAssignment = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
 
 wchar_t Fold(wchar_t c) { return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c + 32) : c; }
 
 /// Names of members and parameters are ASCII; their letter case does not matter.
-bool SameName(const wchar_t* left, const wchar_t* right) {
-  for (; Fold(*left) == Fold(*right); ++left, ++right) {
-    if (!*left) return true;
-  }
-  return false;
+int CompareNames(const wchar_t* left, const wchar_t* right) {
+  while (*left && Fold(*left) == Fold(*right)) ++left, ++right;
+  return Fold(*left) - Fold(*right);
 }
+
+bool SameName(const wchar_t* left, const wchar_t* right) { return CompareNames(left, right) == 0; }
 
 bool WellFormed(const DISPPARAMS* given) {
   return given && given->cNamedArgs <= given->cArgs && (given->rgvarg || given->cArgs == 0) &&
          (given->rgdispidNamedArgs || given->cNamedArgs == 0);
-}
-
-const Member* Find(const ClassDescription& description, DISPID id, WORD kinds) {
-  for (const Member& member : description.members) {
-    if (member.id == id && (member.kind & kinds)) return &member;
-  }
-  return nullptr;
 }
 
 bool AssignsObject(const DISPPARAMS& given) {
@@ -57,17 +63,19 @@ WORD ReadingFlags(const Invocation& call) {
 /// ask for both.
 const Member* FindCalled(const ClassDescription& description, const Invocation& call) {
   const WORD asked = call.flags & kAssignment;
-  if (!asked) return Find(description, call.id, ReadingFlags(call));
+  if (!asked) return description.Find(call.id, ReadingFlags(call));
   const Member* put =
-      (asked & DISPATCH_PROPERTYPUT) ? Find(description, call.id, INVOKE_PROPERTYPUT) : nullptr;
+      (asked & DISPATCH_PROPERTYPUT) ? description.Find(call.id, INVOKE_PROPERTYPUT) : nullptr;
   const bool by_reference = AssignsObject(*call.parameters) && (!put || asked == kAssignment);
   if (by_reference || asked == DISPATCH_PROPERTYPUTREF) {
-    if (const Member* putref = Find(description, call.id, INVOKE_PROPERTYPUTREF)) return putref;
+    if (const Member* putref = description.Find(call.id, INVOKE_PROPERTYPUTREF)) return putref;
   }
   return put;
 }
 
-HRESULT Report(HRESULT failure, EXCEPINFO* exception) {
+/// Passes on what a member says of its failure.
+[[gnu::noinline]] HRESULT Report(HRESULT failure, VARIANT* result, EXCEPINFO* exception) {
+  result->vt = VT_EMPTY;
   ComPtr<IErrorInfo> info;
   if (GetErrorInfo(0, &info) != S_OK) return failure;
   if (exception) {
@@ -79,20 +87,25 @@ HRESULT Report(HRESULT failure, EXCEPINFO* exception) {
   return DISP_E_EXCEPTION;
 }
 
+/// Calls the slot of a member. The result may be unwanted; it is empty after a failure.
+inline HRESULT CallSlot(ObjectCore& object, const Member& member, const VARIANT* arguments,
+                        VARIANT* wanted, EXCEPINFO* exception) {
+  VARIANT unwanted;
+  VARIANT* result = wanted ? wanted : &unwanted;
+  result->vt = member.result;
+  const HRESULT hr = member.call(object.Dispatch(), arguments, result);
+  if (FAILED(hr)) return Report(hr, result, exception);
+  if (!wanted && unwanted.vt != VT_EMPTY) VariantClear(&unwanted);
+  return hr;
+}
+
 HRESULT CallMember(ObjectCore& object, const Member& member, const Invocation& call) {
   BoundArguments arguments(member, call.locale);
   UINT fault = 0;
   HRESULT hr = arguments.Bind(*call.parameters, &fault);
   if (SUCCEEDED(hr)) {
-    VARIANT unwanted;
-    VARIANT* result = call.result ? call.result : &unwanted;
-    result->vt = member.result == VT_VARIANT ? static_cast<VARTYPE>(VT_EMPTY) : member.result;
-    hr = member.call(object.Dispatch(), arguments.Values(), result);
-    if (FAILED(hr)) {
-      result->vt = VT_EMPTY;
-      return Report(hr, call.exception);
-    }
-    if (!call.result) VariantClear(&unwanted);
+    hr = CallSlot(object, member, arguments.Values(), call.result, call.exception);
+    if (FAILED(hr)) return hr;
     hr = arguments.WriteBack(&fault);
     if (FAILED(hr) && call.result) VariantClear(call.result);
   }
@@ -103,6 +116,7 @@ HRESULT CallMember(ObjectCore& object, const Member& member, const Invocation& c
 HRESULT ElementOf(SAFEARRAY* array, const DISPPARAMS& given, LCID locale, VARIANT* result) {
   constexpr UINT kMaxDimensions = 60;
   LONG indexes[kMaxDimensions];
+  const DefaultFloatEnvironment environment;
   if (SafeArrayGetDim(array) != given.cArgs || given.cArgs > kMaxDimensions) {
     return DISP_E_BADPARAMCOUNT;
   }
@@ -153,7 +167,7 @@ HRESULT ReadThroughProperty(ObjectCore& object, const Member& member, const Invo
 /// default member of the object that it holds, and so are the arguments if the property takes none.
 HRESULT AssignThroughProperty(ObjectCore& object, const Invocation& call) {
   const DISPPARAMS& given = *call.parameters;
-  const Member* getter = Find(object.Description(), call.id, INVOKE_PROPERTYGET);
+  const Member* getter = object.Description().Find(call.id, INVOKE_PROPERTYGET);
   const bool plain = (call.flags & DISPATCH_PROPERTYPUT) && given.cNamedArgs == 1 &&
                      given.rgdispidNamedArgs[0] == DISPID_PROPERTYPUT;
   if (!getter || getter->result != VT_DISPATCH || !plain) return DISP_E_MEMBERNOTFOUND;
@@ -187,12 +201,29 @@ HRESULT Dispatch(ObjectCore& object, const Invocation& call) {
   return CallMember(object, *member, call);
 }
 
-}  // namespace
-
-HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept {
-  if (call.result) VariantInit(call.result);
+[[gnu::noinline]] HRESULT DispatchOrRefuse(ObjectCore& object, DISPID id, REFIID iid, LCID locale,
+                                           WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                                           EXCEPINFO* exception, UINT* argument) {
+  const Keeper keeper(object);
+  const Invocation call{id, iid, locale, flags, parameters, result, exception, argument};
+  if (call.result) call.result->vt = VT_EMPTY;
   const HRESULT hr = Dispatch(object, call);
   return SUCCEEDED(hr) || hr == DISP_E_EXCEPTION ? hr : Refuse(hr);
+}
+
+}  // namespace
+
+HRESULT InvokeMember(ObjectCore& object, DISPID id, REFIID iid, LCID locale, WORD flags,
+                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                     UINT* argument) noexcept {
+  if (iid == IID_NULL && parameters) [[likely]] {
+    const WORD assignment = flags & kAssignment;
+    const Member* member = object.Description().Find(id, assignment ? assignment : flags);
+    if (member && AreBound(*parameters, *member)) [[likely]] {
+      return CallSlot(object, *member, parameters->rgvarg, result, exception);
+    }
+  }
+  return DispatchOrRefuse(object, id, iid, locale, flags, parameters, result, exception, argument);
 }
 
 HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* names, UINT count,
@@ -200,12 +231,17 @@ HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* nam
   if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
   if (!names || !ids || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
-  for (const Member& member : description.members) {
-    if (!names[0] || !SameName(member.name, names[0])) continue;
-    ids[0] = member.id;
+  if (!names[0]) return DISP_E_UNKNOWNNAME;
+  const auto before = [](const Member& member, const wchar_t* name) {
+    return CompareNames(member.name, name) < 0;
+  };
+  const auto end = description.members.end();
+  auto member = std::lower_bound(description.members.begin(), end, names[0], before);
+  for (; member != end && SameName(member->name, names[0]); ++member) {
+    ids[0] = member->id;
     for (UINT i = 1; i < count; ++i) {
-      for (std::size_t p = 0; p < member.parameters.size(); ++p) {
-        if (names[i] && SameName(member.parameters[p].name, names[i]))
+      for (std::size_t p = 0; p < member->parameters.size(); ++p) {
+        if (names[i] && SameName(member->parameters[p].name, names[i]))
           ids[i] = static_cast<DISPID>(p);
       }
     }

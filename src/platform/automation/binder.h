@@ -9,24 +9,14 @@ namespace zepkit10 {
 
 class ObjectCore;
 
-/// The arguments of one `IDispatch::Invoke`, as they came.
-struct Invocation {
-  DISPID id;
-  REFIID iid;
-  LCID locale;
-  WORD flags;
-  DISPPARAMS* parameters;
-  VARIANT* result;
-  EXCEPINFO* exception;
-  UINT* argument;  // receives the position of an argument that could not be bound
-};
-
-/// Late binding: finds the member, binds the arguments to its parameters (names, optional
+/// `IDispatch::Invoke`: finds the member, binds the arguments to its parameters (names, optional
 /// arguments, conversion by the platform, parameter arrays, references written back) and calls its
 /// vtable slot. Beyond the plain call it does what clients of default members expect: arguments of
 /// a property without parameters go to the object or array that the property holds, and an
 /// assignment to an object-valued property without a setter goes to that object's default member.
-HRESULT InvokeMember(ObjectCore& object, const Invocation& call) noexcept;
+HRESULT InvokeMember(ObjectCore& object, DISPID id, REFIID iid, LCID locale, WORD flags,
+                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                     UINT* argument) noexcept;
 
 /// The first name is a member's, the others are names of its parameters.
 HRESULT FindNames(const ClassDescription& description, REFIID iid, LPOLESTR* names, UINT count,

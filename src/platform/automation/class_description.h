@@ -22,16 +22,22 @@ enum ParameterFlags : std::uint8_t {
   kWrittenBack = 16,  // by reference, and the member may change it
 };
 
+inline constexpr VARTYPE kNoType = VT_ILLEGAL;
+
 struct Parameter {
   const wchar_t* name;
   VARTYPE type;  // without VT_BYREF
   std::uint8_t flags;
   const IID* iid;  // the interface of an object parameter, otherwise null
   DefaultValue default_value;
+  // The type of an argument that is passed as it stands; kNoType where none is.
+  VARTYPE bound_type = (flags & kByReference) || iid || type == VT_VARIANT ? kNoType : type;
 };
 
-/// Calls one vtable slot with bound arguments. `result` is that slot's result, uninitialised.
-using Thunk = HRESULT (*)(IDispatch* object, VARIANT* const* arguments, VARIANT* result);
+/// Calls one vtable slot with bound arguments, last first as clients pass them: values of the types
+/// of the parameters, and for parameters by reference pointers to such values. `result` is that
+/// slot's result, uninitialised.
+using Thunk = HRESULT (*)(IDispatch* object, const VARIANT* arguments, VARIANT* result);
 
 struct Member {
   const wchar_t* name;
@@ -40,7 +46,12 @@ struct Member {
   VARTYPE result;  // VT_EMPTY where there is none
   std::span<const Parameter> parameters;
   Thunk call;
+
+  bool Assigns() const { return kind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF); }
 };
+
+/// The lowest DISPID that a member may have.
+inline constexpr DISPID kFirstId = DISPID_NEWENUM;
 
 /// What the type library says of a class, as far as calls need it. Made by the generator.
 struct ClassDescription {
@@ -48,7 +59,23 @@ struct ClassDescription {
   const CLSID* clsid;  // null where the type library describes the interface only
   const IID* default_interface;
   const IID* events;  // null where the class has none
-  std::span<const Member> members;
+  std::span<const Member>
+      members;  // in the order of `CompareNames`; those of a name stand together
+  // Of the first member with each DISPID from kFirstId on; of any for a DISPID without members.
+  std::span<const std::uint8_t> positions;
+
+  /// The member with a DISPID that is of one of the kinds; null where there is none.
+  const Member* Find(DISPID id, WORD kinds) const {
+    const std::size_t index = static_cast<ULONG>(id) - static_cast<ULONG>(kFirstId);
+    if (index >= positions.size()) return nullptr;
+    const Member* member = members.data() + positions[index];
+    while (member->id == id) {
+      if (member->kind & kinds) [[likely]]
+        return member;
+      if (++member == members.data() + members.size()) break;
+    }
+    return nullptr;
+  }
 };
 
 /// The most parameters that a member may have.

@@ -67,4 +67,16 @@ class ObjectCore : public ISupportErrorInfo, public IProvideClassInfo2 {
   long internal_ = 0;
 };
 
+/// Keeps an object alive for the length of a call: a handler may drop the client's last reference.
+class Keeper {
+ public:
+  explicit Keeper(ObjectCore& object) : object_(object) { object_.AddRef(); }
+  ~Keeper() { object_.Release(); }
+  Keeper(const Keeper&) = delete;
+  Keeper& operator=(const Keeper&) = delete;
+
+ private:
+  ObjectCore& object_;
+};
+
 }  // namespace zepkit10

@@ -10,6 +10,12 @@
 
 namespace zepkit10 {
 
+/// A class none of whose members comes near a floating-point number or calls anything of ours or of
+/// the system that does. It says so because reading the floating-point environment may take longer
+/// than such a member.
+template <class Object>
+concept CalculatesNothing = Object::kCalculatesNothing;
+
 /// What all vtables of our objects have in common: IUnknown, IDispatch, and the guard around each
 /// call. Object is the class behind the vtable; it owns the shim.
 template <class Object, class Interface_>
@@ -40,13 +46,12 @@ class Shim : public Interface_ {
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags,
                                    DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
                                    UINT* argument) override {
-    const Keeper keeper(object_);
-    return InvokeMember(object_, {id, iid, locale, flags, parameters, result, exception, argument});
+    return InvokeMember(object_, id, iid, locale, flags, parameters, result, exception, argument);
   }
 
  protected:
-  /// Runs a member without a result, in the default floating-point environment. No exception
-  /// passes.
+  /// Runs a member without a result, in the default floating-point environment if it may calculate.
+  /// No exception passes.
   template <class Body>
   HRESULT Call(Body&& body) noexcept {
     return Run<std::invoke_result_t<Body, Object&>>(body);
@@ -62,24 +67,15 @@ class Shim : public Interface_ {
   }
 
  private:
-  /// Keeps the object alive for the length of a call: a handler may drop the client's last
-  /// reference.
-  class Keeper {
-   public:
-    explicit Keeper(Object& object) : object_(object) { object_.AddRef(); }
-    ~Keeper() { object_.Release(); }
-    Keeper(const Keeper&) = delete;
-    Keeper& operator=(const Keeper&) = delete;
-
-   private:
-    Object& object_;
-  };
-
   struct Guard {
     explicit Guard(Object& object) : keeper(object) {}
     void Check() const { RequireStackSpace(); }
 
     const Keeper keeper;
+  };
+  struct CalculationGuard : Guard {
+    using Guard::Guard;
+
     const DefaultFloatEnvironment environment;
   };
   struct NoGuard {
@@ -88,7 +84,7 @@ class Shim : public Interface_ {
   };
   template <class Returned>
   struct GuardFor {
-    using Type = Guard;
+    using Type = std::conditional_t<CalculatesNothing<Object>, Guard, CalculationGuard>;
   };
   template <class T>
   struct GuardFor<Unguarded<T>> {

@@ -1,4 +1,5 @@
-// Every member of every class is called once at least, early and late bound, and every event heard.
+// Every member of every class is called once at least, early and late bound, and every event heard;
+// once more in a host that traps floating-point faults.
 #include <algorithm>
 #include <iterator>
 
@@ -6,6 +7,7 @@
 #include "com/every_member/session.h"
 #include "com/file_dialog_fixture.h"
 #include "com/keyboard_fixture.h"
+#include "com/trapping_host.h"
 
 namespace {
 
@@ -30,6 +32,16 @@ class PointerKeeper {
 
  private:
   POINT before_{};
+};
+
+class TrappingSession final : public Session {
+ public:
+  using Session::Session;
+
+ protected:
+  client::Outcome Call(const call_table::Row& row) override {
+    return InTrappingHost([&] { return Session::Call(row); });
+  }
 };
 
 class EveryMemberTest : public BothBindings {
@@ -70,6 +82,11 @@ TEST_P(EveryMemberTest, DoesWhatItsRowsSay) {
   }
   // After every family was used. The fixture then unloads a DLL.
   EXPECT_EQ(S_OK, component::CanUnloadNow());
+}
+
+TEST_P(EveryMemberTest, DoesTheSameInAHostThatTrapsAndRoundsUp) {
+  TrappingSession session(GetParam());
+  PerformAll(session);
 }
 
 // The comparison above would be worth nothing if it knew of no members.
