@@ -99,8 +99,8 @@ HRESULT EventSource::Point::Advise(IUnknown* sink, DWORD* cookie) {
   }
   if (!target) return CONNECT_E_CANNOTCONNECT;
   try {
-    auto changed = std::make_shared<Sinks>(*source_.sinks_);
-    changed->push_back({++source_.last_cookie_, target});
+    auto changed = Make<Sinks>(source_.sinks_->items);
+    changed->items.push_back({++source_.last_cookie_, target});
     source_.sinks_ = std::move(changed);
     *cookie = source_.last_cookie_;
     return S_OK;
@@ -111,17 +111,18 @@ HRESULT EventSource::Point::Advise(IUnknown* sink, DWORD* cookie) {
 
 HRESULT EventSource::Point::Unadvise(DWORD cookie) {
   const auto has_cookie = [cookie](const Sink& sink) { return sink.cookie == cookie; };
-  const auto found = std::find_if(source_.sinks_->begin(), source_.sinks_->end(), has_cookie);
-  if (found == source_.sinks_->end()) return CONNECT_E_NOCONNECTION;
+  std::vector<Sink>& sinks = source_.sinks_->items;
+  const auto found = std::find_if(sinks.begin(), sinks.end(), has_cookie);
+  if (found == sinks.end()) return CONNECT_E_NOCONNECTION;
   // Released last: the sink's end may call back.
   const ComPtr<IDispatch> target = found->target;
-  if (source_.sinks_.use_count() == 1) {
-    source_.sinks_->erase(found);
+  if (source_.sinks_->users == 1) {
+    sinks.erase(found);
     return S_OK;
   }
   try {
-    auto changed = std::make_shared<Sinks>(*source_.sinks_);
-    std::erase_if(*changed, has_cookie);
+    auto changed = Make<Sinks>(sinks);
+    std::erase_if(changed->items, has_cookie);
     source_.sinks_ = std::move(changed);
     return S_OK;
   } catch (...) {
@@ -134,7 +135,7 @@ HRESULT EventSource::Point::EnumConnections(IEnumConnections** result) {
   *result = nullptr;
   try {
     auto items = std::make_shared<std::vector<ConnectionTraits::Item>>();
-    for (const Sink& sink : *source_.sinks_) items->push_back({sink.cookie, sink.target});
+    for (const Sink& sink : source_.sinks_->items) items->push_back({sink.cookie, sink.target});
     *result = Enumerator<ConnectionTraits>::Create(std::move(items)).Detach();
     return S_OK;
   } catch (...) {
@@ -143,9 +144,9 @@ HRESULT EventSource::Point::EnumConnections(IEnumConnections** result) {
 }
 
 void EventSource::Fire(DISPID event, VARIANT* arguments, UINT count) const noexcept {
-  const std::shared_ptr<const Sinks> snapshot = sinks_;
+  const Ref<Sinks> snapshot = sinks_;
   DISPPARAMS parameters{arguments, nullptr, count, 0};
-  for (const Sink& sink : *snapshot) {
+  for (const Sink& sink : snapshot->items) {
     sink.target->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
                         nullptr, nullptr);
   }

@@ -6,11 +6,11 @@
 #include <wrl/client.h>
 
 #include <cstdint>
-#include <memory>
 #include <string_view>
 #include <type_traits>
 #include <vector>
 
+#include "platform/automation/ref.h"
 #include "platform/automation/string.h"
 
 namespace zepkit10 {
@@ -30,7 +30,7 @@ class EventSource : public IConnectionPointContainer {
   EventSource& operator=(const EventSource&) = delete;
 
   /// True where anyone listens.
-  bool HasSinks() const { return !sinks_->empty(); }
+  bool HasSinks() const { return !sinks_->items.empty(); }
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override;
   ULONG STDMETHODCALLTYPE AddRef() override;
@@ -49,7 +49,19 @@ class EventSource : public IConnectionPointContainer {
     DWORD cookie;
     Microsoft::WRL::ComPtr<IDispatch> target;
   };
-  using Sinks = std::vector<Sink>;
+  /// Shared with those that go over it. Only changed in place where nobody does. Its count belongs
+  /// to the owner's apartment and is not interlocked.
+  struct Sinks {
+    explicit Sinks(std::vector<Sink> listening = {}) : items(std::move(listening)) {}
+
+    std::vector<Sink> items;
+    long users = 0;
+
+    void Retain() { ++users; }
+    void Drop() {
+      if (--users == 0) delete this;
+    }
+  };
 
   /// The one connection point; it has an identity of its own but lives and dies with the owner.
   class Point final : public IConnectionPoint {
@@ -73,8 +85,7 @@ class EventSource : public IConnectionPointContainer {
 
   ObjectCore& owner_;
   Point point_;
-  // Shared with those that go over it. Only changed in place where nobody does.
-  std::shared_ptr<Sinks> sinks_ = std::make_shared<Sinks>();
+  Ref<Sinks> sinks_ = Make<Sinks>();
   DWORD last_cookie_ = 0;
 };
 
