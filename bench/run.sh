@@ -14,6 +14,7 @@ tools/wine.sh english regsvr32 /s "$PWD/build/x64/zepkit10.dll"
 for bench in build/x64/*_bench.exe; do
   tools/wine.sh english "$bench"
 done | tee build/bench/component.txt
+tools/wine.sh english cscript //nologo bench/windows/late_calls.vbs
 
 seconds=$(awk '/seconds/ { print $1; exit }' build/bench/component.txt)
 start=$(date +%s.%N)

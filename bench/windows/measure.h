@@ -35,9 +35,10 @@ inline double Median(std::vector<double> values) {
 struct Medians {
   double ours, theirs;
 };
-inline Medians Compare(const std::function<void()>& ours, const std::function<void()>& theirs) {
+inline Medians Compare(const std::function<void()>& ours, const std::function<void()>& theirs,
+                       int rounds = kRounds) {
   std::vector<double> our_times, their_times;
-  for (int round = 0; round < kRounds; ++round) {
+  for (int round = 0; round < rounds; ++round) {
     our_times.push_back(Timed(ours));
     their_times.push_back(Timed(theirs));
   }
