@@ -31,6 +31,10 @@ inline double Median(std::vector<double> values) {
   return *middle;
 }
 
+inline double Least(const std::vector<double>& values) {
+  return *std::min_element(values.begin(), values.end());
+}
+
 /// Medians of two ways to do something, in rounds that take turns.
 struct Medians {
   double ours, theirs;

@@ -44,6 +44,12 @@ bool IsFixed(const VARIANT& value) {
 }
 
 HRESULT Convert(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* to) {
+  if (from.vt == VT_I2 && type == VT_I4) {  // a script's literal; the platform takes much longer
+    to->lVal = from.iVal;
+    to->vt = VT_I4;
+    return S_OK;
+  }
+  const DefaultFloatEnvironment environment;
   if (type & VT_ARRAY) return ConvertToArray(from, type, locale, to);
   return VariantChangeTypeEx(to, const_cast<VARIANT*>(&from), locale, 0, type);
 }
@@ -121,7 +127,6 @@ BoundArguments::~BoundArguments() {
 }
 
 HRESULT BoundArguments::Bind(const DISPPARAMS& given, UINT* fault) noexcept {
-  const DefaultFloatEnvironment environment;  // the platform converts numbers
   HRESULT hr = Assign(given, fault);
   if (FAILED(hr)) return hr;
   const std::size_t count = member_.parameters.size();
@@ -204,7 +209,7 @@ HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
     own.vt = parameter.type;
   } else {
     SetLiteral(parameter.default_value.number, &own);
-    if (parameter.type != VT_VARIANT) VariantChangeType(&own, &own, 0, parameter.type);
+    if (parameter.type != VT_VARIANT) Convert(own, parameter.type, locale_, &own);
   }
   return UseOwn(index);
 }
@@ -308,7 +313,6 @@ HRESULT BoundArguments::UseLocation(std::size_t index, void* location) noexcept 
 }
 
 HRESULT BoundArguments::WriteBack(UINT* fault) noexcept {
-  const DefaultFloatEnvironment environment;
   for (std::size_t i = 0; i < bound_; ++i) {
     Slot& slot = slots_[i];
     if (!slot.written_back) continue;
