@@ -151,6 +151,14 @@ bool IsUnregistered(HRESULT hr) {
   return SUCCEEDED(hr) || hr == TYPE_E_REGISTRYACCESS || hr == E_INVALIDARG;
 }
 
+/// The system learns from the registered file which interfaces there are to remove. Where that file
+/// is gone, it is told this one first.
+bool UnregisterLibrary(Users users, ITypeLib& library, const LibraryIdentity& identity) {
+  if (IsUnregistered(UnregisterLibrary(users, identity))) return true;
+  return SUCCEEDED(RegisterLibrary(users, library, ModulePath())) &&
+         IsUnregistered(UnregisterLibrary(users, identity));
+}
+
 }  // namespace
 
 HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
@@ -167,12 +175,13 @@ HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
 }
 
 HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept try {
-  const LibraryIdentity library = IdentityOf(*OwnLibrary().Get());
-  bool clean = IsUnregistered(UnregisterLibrary(users, library));
+  const ComPtr<ITypeLib> library = OwnLibrary();
+  const LibraryIdentity identity = IdentityOf(*library.Get());
+  bool clean = UnregisterLibrary(users, *library.Get(), identity);
   for (const ClassObject& each : classes) {
     clean &= DeleteKey(users, ClassKeyOf(each.Description()));
     clean &= DeleteKey(users, kClasses + ProgIdOf(each.Description()));
-    clean &= DeleteKey(users, kClasses + VersionedProgIdOf(each.Description(), library.major));
+    clean &= DeleteKey(users, kClasses + VersionedProgIdOf(each.Description(), identity.major));
   }
   return clean ? S_OK : SELFREG_E_CLASS;
 } catch (const RegistryFault&) {

@@ -1,5 +1,7 @@
 """Registering and unregistering the DLL with regsvr32, looked at in the whole registry."""
+import pathlib
 import re
+import tempfile
 import unittest
 
 from wine_machine import DLL, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, changes, registry, value, wine
@@ -61,6 +63,15 @@ class RegistrationTest(unittest.TestCase):
         new = set(self.registered) - set(self.before)
         self.assertTrue(new)
         self.assertFalse([key for key in new if 'implemented categories' in key])
+
+    def test_unregistering_does_without_the_file_that_was_registered(self):
+        with tempfile.TemporaryDirectory() as folder:
+            dll = pathlib.Path(folder) / 'zepkit10.dll'
+            dll.write_bytes(DLL.read_bytes())
+            wine('regsvr32', '/s', dll)
+            dll.unlink()
+            wine('regsvr32', '/s', '/u', DLL)
+        self.assertEqual({}, changes(self.before, registry()))
 
     def test_unregistering_leaves_no_key_and_takes_none_along(self):
         self.assertEqual({}, changes(self.before, self.after))
