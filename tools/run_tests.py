@@ -103,7 +103,7 @@ class Run:
 
 
 def formatting(run):
-    files = [str(path.relative_to(ROOT)) for folder in ('src', 'tests', 'bench', 'samples')
+    files = [str(path.relative_to(ROOT)) for folder in ('src', 'check', 'tests', 'bench', 'samples')
              for path in sorted((ROOT / folder).rglob('*')) if path.suffix in ('.c', '.cpp', '.h')]
     output, code = run.program(['clang-format', '--dry-run', '--Werror', *files])
     outcome = 'failed' if code else 'passed'
@@ -268,6 +268,15 @@ def registration(windows):
     return suite
 
 
+def zepcheck(windows):
+    """The program that checks installations, on good and bad ones."""
+    def suite(run):
+        run.build('x64')
+        run.build('x86')  # each meets the other's DLL
+        return run.unittests('tests/zepcheck', ZEPKIT10_PRESET=windows.preset, WINE_USER=windows.user)
+    return suite
+
+
 def package(windows):
     """What users download: installed, unpacked and used."""
     def suite(run):
@@ -288,6 +297,7 @@ def suites_on(preset):
         'com-dll-german': com_dll(german, '*German*'),
         'monkey': monkey(english),
         'registration': registration(english),
+        'zepcheck': zepcheck(english),
         'package': package(english),
         'script': script(english),
         'samples': samples(english),

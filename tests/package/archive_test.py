@@ -15,8 +15,8 @@ NUGET = ROOT / 'build/package/nuget'
 FILES = {'README.txt', 'SHA256SUMS.txt', 'constants/zepkit10.js', 'constants/zepkit10.vbs', 'include/Zepkit10.h',
          'include/Zepkit10.idl', 'include/Zepkit10_i.c', 'register-user.cmd', 'samples/host.cpp',
          'samples/host.exe.manifest', 'samples/script.manifest', 'samples/script.vbs', 'unregister-user.cmd',
-         'x64/Zepkit10.Classes.manifest', 'x64/Zepkit10.tlb', 'x64/zepkit10.dll', 'x86/Zepkit10.Classes.manifest',
-         'x86/Zepkit10.tlb', 'x86/zepkit10.dll'}
+         'x64/Zepkit10.Classes.manifest', 'x64/Zepkit10.tlb', 'x64/zepcheck.exe', 'x64/zepkit10.dll',
+         'x86/Zepkit10.Classes.manifest', 'x86/Zepkit10.tlb', 'x86/zepcheck.exe', 'x86/zepkit10.dll'}
 TWICE = 'ZepVbErrors31001To32811_zepVbErrOutOfMemory'  # the second constant of this name
 
 
@@ -39,6 +39,7 @@ class ArchiveTest(unittest.TestCase):
 
     def test_it_holds_what_was_built(self):
         self.assertEqual(DLL.read_bytes(), (self.root / PRESET / 'zepkit10.dll').read_bytes())
+        self.assertEqual((DLL.parent / 'zepcheck.exe').read_bytes(), (self.root / PRESET / 'zepcheck.exe').read_bytes())
         idl = (self.root / 'include/Zepkit10.idl').read_bytes().replace(b'\r\n', b'\n')
         self.assertEqual(PRODUCT.idl.read_bytes(), idl)
 

@@ -26,7 +26,7 @@ def copy_of_tree(folder):
     for bitness in BITNESSES:
         source, target = ROOT / 'build' / bitness, folder / 'build' / bitness
         (target / 'generated/zepkit10').mkdir(parents=True)
-        for name in ('zepkit10.dll', *(f'generated/zepkit10/Zepkit10{end}' for end in ('.h', '_i.c', '.tlb'))):
+        for name in ('zepkit10.dll', 'zepcheck.exe', *(f'generated/zepkit10/Zepkit10{end}' for end in ('.h', '_i.c', '.tlb'))):
             shutil.copyfile(source / name, target / name)
     # The header tells the folder of the build; packages must not.
     header = folder / 'build/x64/generated/zepkit10/Zepkit10.h'

@@ -30,7 +30,8 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument('--out', type=pathlib.Path, default=ROOT / 'build/package')
     folder, product = parser.parse_args().out.resolve(), Product()
-    missing = [str(product.dll(bitness)) for bitness in BITNESSES if not product.dll(bitness).exists()]
+    missing = [str(path) for bitness in BITNESSES for path in (product.dll(bitness), product.zepcheck(bitness))
+               if not path.exists()]
     if missing:
         sys.exit(f"There is no {' and no '.join(missing)}; ./dev package builds them first.")
     make_all(product, folder)

@@ -31,6 +31,7 @@ def files(product):
     found = {}
     for bitness in BITNESSES:
         found[f'{bitness}/zepkit10.dll'] = product.dll(bitness).read_bytes()
+        found[f'{bitness}/zepcheck.exe'] = product.zepcheck(bitness).read_bytes()
         found[f'{bitness}/Zepkit10.tlb'] = product.generated(bitness, 'Zepkit10.tlb').read_bytes()
         found[f'{bitness}/{manifests.ASSEMBLY}.manifest'] = manifests.assembly(product, bitness).encode('utf-8')
     for name in ('README.txt', 'register-user.cmd', 'unregister-user.cmd'):

@@ -28,6 +28,10 @@ class Product:
     def dll(self, bitness):
         return self.root / 'build' / bitness / 'zepkit10.dll'
 
+    def zepcheck(self, bitness):
+        """The program that checks an installation."""
+        return self.root / 'build' / bitness / 'zepcheck.exe'
+
     def generated(self, bitness, name):
         """A file that widl made of the IDL."""
         return self.root / 'build' / bitness / 'generated/zepkit10' / name

@@ -1,0 +1,86 @@
+#include "self_test.h"
+
+#include <filesystem>
+
+#include "advice.h"
+#include "families.h"
+
+namespace zepcheck {
+namespace {
+
+constexpr const wchar_t* kHowToLoad =
+    L"Programs that run as an administrator, and all programs under Wine, look for classes of all "
+    L"users only: if it is registered for you alone, start them as a user, or register it for "
+    L"all. ";
+constexpr const wchar_t* kInstallAgain =
+    L"The component does not work as it should: install it again, and then run zepcheck again.";
+
+/// A folder that goes with everything in it.
+class TemporaryFolder {
+ public:
+  TemporaryFolder()
+      : path_(std::filesystem::temp_directory_path() /
+              (L"zepcheck " + std::to_wstring(GetCurrentProcessId()))) {
+    std::filesystem::create_directories(path_);
+  }
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  ~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  const std::filesystem::path& Path() const { return path_; }
+
+ private:
+  const std::filesystem::path path_;
+};
+
+void Run(std::span<const Family> families, const Workbench& bench, Report& report) {
+  for (const Family& each : families) {
+    try {
+      each.test(bench);
+      report.Fact(each.name, L"works");
+    } catch (const Failure& failure) {
+      report.Fact(each.name, L"does not work");
+      report.Fault(
+          L"The self-test of " + std::wstring(each.name) + L" found: " + failure.text + L".",
+          kInstallAgain);
+    }
+  }
+}
+
+void RunAll(const Workbench& bench, Report& report) {
+  Run(CalculatingFamilies(), bench, report);
+  Run(HoldingFamilies(), bench, report);
+  Run(OutsideFamilies(), bench, report);
+}
+
+}  // namespace
+
+void Expect(const wchar_t* what, const Value& found, const std::wstring& expected) {
+  const std::wstring text = found.Text();
+  if (text == expected) return;
+  throw Failure{E_UNEXPECTED,
+                std::wstring(what) + L" is \"" + text + L"\" instead of \"" + expected + L"\""};
+}
+
+void SelfTest(Report& report) {
+  report.Heading(L"Self-test");
+  try {
+    const TemporaryFolder folder;
+    RunAll({Object::Create(L"Zepkit10.Global"), folder.Path().wstring()}, report);
+  } catch (const Failure& failure) {
+    // A fault that was found before is the reason.
+    if (report.Faults()) {
+      report.Fact(L"not run", failure.text);
+    } else {
+      report.Fault(failure.text + L", although it is registered.",
+                   kHowToLoad + HowToRegister(true));
+    }
+  } catch (const std::exception&) {
+    report.Fault(L"There is no folder for temporary files.",
+                 L"Let the environment variable TEMP name a folder that you may write to.");
+  }
+}
+
+}  // namespace zepcheck
