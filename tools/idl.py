@@ -32,6 +32,7 @@ class Member:
     parameters: list
     help: str = ''
     hidden: bool = False
+    context: int = 0   # the number of its help
 
     @property
     def result(self):
@@ -49,6 +50,7 @@ class Interface:
     members: list
     help: str = ''
     guid: str = ''     # as the registry writes it: "{683B888E-…}"
+    context: int = 0
 
 
 @dataclass
@@ -60,6 +62,7 @@ class Coclass:
     clsid: str = ''    # a C++ expression for the address of the CLSID
     help: str = ''
     guid: str = ''
+    context: int = 0
 
 
 @dataclass
@@ -68,11 +71,14 @@ class Library:
     guid: str = ''
     version: str = ''  # "1.0"
     title: str = ''    # its help string
+    help_file: str = ''
+    context: int = 0
     enumerations: dict = field(default_factory=dict)   # name -> [(constant, value)]
     interfaces: dict = field(default_factory=dict)     # dual interfaces by name
     events: dict = field(default_factory=dict)         # dispinterfaces by name
     coclasses: list = field(default_factory=list)
     help: dict = field(default_factory=dict)           # of the enumerations, by name
+    contexts: dict = field(default_factory=dict)       # of the enumerations, by name
 
 
 class Reader:
@@ -166,7 +172,7 @@ class Reader:
         self.next(';')
         kind = next((k for k in ('propget', 'propputref', 'propput') if k in attributes), 'func')
         return Member(name, kind, number, 'vararg' in attributes, parameters, help_of(attributes),
-                      'hidden' in attributes)
+                      'hidden' in attributes, context_of(attributes))
 
     def member_id(self, name, attributes):
         named = {'DISPID_VALUE': 0, 'DISPID_NEWENUM': -4}
@@ -191,6 +197,10 @@ class Reader:
 
 def help_of(attributes):
     return re.sub(r'\\(.)', r'\1', attributes.get('helpstring', '')[1:-1])
+
+
+def context_of(attributes):
+    return int(attributes.get('helpcontext', '0'))
 
 
 def guid_of(attributes):
@@ -221,7 +231,7 @@ def read_enumeration(reader):
 
 def read_coclass(reader, attributes):
     found = Coclass(reader.next(), creatable='noncreatable' not in attributes,
-                    help=help_of(attributes), guid=guid_of(attributes))
+                    help=help_of(attributes), guid=guid_of(attributes), context=context_of(attributes))
     found.clsid = f'&CLSID_{found.name}'
     if reader.peek() == ';':  # only announced
         reader.next()
@@ -247,7 +257,8 @@ def read_library(text):
         reader.skip_to(';')
     attributes = reader.attributes()
     library.guid, library.version = guid_of(attributes), attributes.get('version', '')
-    library.title = help_of(attributes)
+    library.title, library.context = help_of(attributes), context_of(attributes)
+    library.help_file = attributes.get('helpfile', '')[1:-1]
     reader.next('library')
     library.name = reader.next()
     reader.next('{')
@@ -259,7 +270,7 @@ def read_library(text):
         elif keyword == 'typedef':
             name, constants = read_enumeration(reader)
             library.enumerations[name] = constants
-            library.help[name] = help_of(attributes)
+            library.help[name], library.contexts[name] = help_of(attributes), context_of(attributes)
         elif keyword in ('interface', 'dispinterface'):
             name = reader.next()
             if reader.peek() == ';':
@@ -269,7 +280,8 @@ def read_library(text):
                 reader.next()
                 reader.next()
             target = library.interfaces if keyword == 'interface' else library.events
-            target[name] = Interface(name, reader.members(), help_of(attributes), guid_of(attributes))
+            target[name] = Interface(name, reader.members(), help_of(attributes), guid_of(attributes),
+                                     context_of(attributes))
         elif keyword == 'coclass':
             found = read_coclass(reader, attributes)
             if found:

@@ -57,6 +57,12 @@ class BinaryTest:
         minor, major = struct.unpack_from('<HH', content, fixed + 8)
         self.assertEqual((major, minor), struct.unpack_from('<HH', content, library + 24))
 
+    def test_has_the_help_context_of_its_type_library(self):
+        # The other ones are compared by the tests of the type library; Wine does not tell this one.
+        content = self.path.read_bytes()
+        library = content.index(b'MSFT\x02\x00\x01\x00')
+        self.assertEqual((1,), struct.unpack_from('<I', content, library + 44))
+
     def test_carries_nothing_for_debuggers_and_no_time_stamp(self):
         self.assertNotIn('.debug', self.headers)
         self.assertRegex(self.headers, r'Time/Date\s+Thu Jan  1 00:00:00 1970')

@@ -70,7 +70,9 @@ std::string ValueText(VARIANT& value) {
   return value.vt == VT_BSTR ? '"' + utf8 + '"' : utf8;
 }
 
-std::string HelpLine(const std::string& help) { return '"' + help + "\"\n"; }
+std::string HelpLine(const Documentation& documentation) {
+  return '"' + documentation.help + "\" " + std::to_string(documentation.help_context) + "\n";
+}
 
 std::string ParameterText(ITypeInfo& type, const ELEMDESC& parameter, const std::string& name) {
   const PARAMDESC& description = parameter.paramdesc;
@@ -135,7 +137,7 @@ std::string FunctionLines(ITypeInfo& type, UINT count) {
     const FunctionDescription function = FunctionAt(type, i);
     const bool is_first = described.insert(function->memid).second;
     text += "  " + FunctionText(type, *function, is_first) + "\n";
-    if (is_first) text += "    " + HelpLine(DocumentationOf(type, function->memid).help);
+    if (is_first) text += "    " + HelpLine(DocumentationOf(type, function->memid));
   }
   return text;
 }
@@ -184,7 +186,7 @@ std::string TypeLines(ITypeInfo& type) {
   const std::string flags = FlagText(attributes->wTypeFlags, kTypeFlags);
   std::string text = std::string(KindName(attributes->typekind)) + " " + documentation.name + " " +
                      GuidText(attributes->guid) + (flags.empty() ? "" : " [" + flags + "]") +
-                     "\n  " + HelpLine(documentation.help);
+                     "\n  " + HelpLine(documentation);
   if (attributes->typekind == TKIND_INTERFACE) {
     text += "  extends " + QualifiedName(type, *Implemented(type, 0).Get()) + "\n";
   }
@@ -199,13 +201,14 @@ std::string LibraryLines(ITypeLib& library) {
   Check(library.GetLibAttr(&attributes), "GetLibAttr");
   const std::unique_ptr<TLIBATTR, std::function<void(TLIBATTR*)>> owner(
       attributes, [&library](TLIBATTR* taken) { library.ReleaseTLibAttr(taken); });
+  // Without its help context: Wine always tells 0.
   const Documentation documentation = DocumentationOf(library);
   // Whether the library came from a file is no part of what it says.
   const std::string flags = FlagText(attributes->wLibFlags & ~LIBFLAG_FHASDISKIMAGE, kLibraryFlags);
   return "library " + documentation.name + " " + std::to_string(attributes->wMajorVerNum) + "." +
          std::to_string(attributes->wMinorVerNum) + " " + GuidText(attributes->guid) + " locale " +
-         std::to_string(attributes->lcid) + (flags.empty() ? "" : " [" + flags + "]") + "\n  " +
-         HelpLine(documentation.help);
+         std::to_string(attributes->lcid) + (flags.empty() ? "" : " [" + flags + "]") + " help " +
+         documentation.help_file + "\n  \"" + documentation.help + "\"\n";
 }
 
 }  // namespace

@@ -79,17 +79,18 @@ VariableDescription VariableAt(ITypeInfo& type, UINT position) {
 Documentation DocumentationOf(ITypeLib& library) {
   BSTR name = nullptr;
   BSTR help = nullptr;
+  BSTR file = nullptr;
   constexpr INT kLibraryItself = -1;
-  Check(library.GetDocumentation(kLibraryItself, &name, &help, nullptr, nullptr),
-        "GetDocumentation");
-  return {TakeUtf8(name), TakeUtf8(help)};
+  Check(library.GetDocumentation(kLibraryItself, &name, &help, nullptr, &file), "GetDocumentation");
+  return {TakeUtf8(name), TakeUtf8(help), 0, TakeUtf8(file)};
 }
 
 Documentation DocumentationOf(ITypeInfo& type, MEMBERID member) {
   BSTR name = nullptr;
   BSTR help = nullptr;
-  Check(type.GetDocumentation(member, &name, &help, nullptr, nullptr), "GetDocumentation");
-  return {TakeUtf8(name), TakeUtf8(help)};
+  DWORD context = 0;
+  Check(type.GetDocumentation(member, &name, &help, &context, nullptr), "GetDocumentation");
+  return {TakeUtf8(name), TakeUtf8(help), context, {}};
 }
 
 ComPtr<ITypeInfo> Implemented(ITypeInfo& type, UINT position) {

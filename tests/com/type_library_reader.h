@@ -20,6 +20,8 @@ using VariableDescription = std::unique_ptr<VARDESC, std::function<void(VARDESC*
 struct Documentation {
   std::string name;
   std::string help;
+  DWORD help_context = 0;  // of a type or member: its number in the help file
+  std::string help_file;   // of a library
 };
 
 void Check(HRESULT result, const char* call);

@@ -107,9 +107,11 @@ TEST_F(TypeLibrary, DescribesEveryTypeAndMember) {
     const ComPtr<ITypeInfo> type = TypeAt(i);
     const Documentation documentation = DocumentationOf(*type.Get());
     EXPECT_NE("", documentation.help) << documentation.name;
+    EXPECT_NE(0u, documentation.help_context) << documentation.name;
     for (const auto& [member, dispid] : Dispids(*type.Get())) {
-      EXPECT_NE("", DocumentationOf(*type.Get(), dispid).help)
-          << documentation.name << "." << member;
+      const Documentation of_member = DocumentationOf(*type.Get(), dispid);
+      EXPECT_NE("", of_member.help) << documentation.name << "." << member;
+      EXPECT_NE(0u, of_member.help_context) << documentation.name << "." << member;
     }
   }
 }

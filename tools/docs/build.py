@@ -12,7 +12,7 @@ import re
 import shutil
 import sys
 
-from docs import search_index
+from docs import help_contexts, search_index
 from docs.layout import escape, layout
 from docs.markdown_page import read_document, redirect, render, whole
 from docs.model import TypeLibrary
@@ -113,6 +113,8 @@ class Site:
         for enumeration in self.library.enumerations.values():
             self.write(self.reference.path(enumeration.name), enumeration.name,
                        self.reference.enumeration_page(enumeration))
+        page = self.library.help_file
+        self.write(page, 'Help by number', help_contexts.body(page, self.library, self.reference.path))
         for source in sorted(self.sources):
             text = (ROOT / source).read_text(encoding='utf-8')
             self.write(f'source/{source}.html', posixpath.basename(source),

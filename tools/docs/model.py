@@ -22,6 +22,7 @@ class Enumeration:
     name: str
     help: str
     constants: list
+    context: int = 0   # the number of its help
 
 
 @dataclass
@@ -35,6 +36,7 @@ class Member:
     vararg: bool = False
     access: list = field(default_factory=list)   # of a property: "read", "write", "Set"
     help: dict = field(default_factory=dict)     # text by access; by "call" for all others
+    context: int = 0
 
     @property
     def anchor(self):
@@ -61,6 +63,8 @@ class Class:
     creatable: bool
     members: list
     events: list
+    context: int = 0
+    events_context: int = 0  # of the interface of its events
 
     @property
     def errors(self):
@@ -92,14 +96,16 @@ def members_of(interface, kind):
     found = {}
     for each in interface.members:
         if kind == 'event':
-            member = Member(each.name, 'event', each.id, each.arguments, help={'call': each.help})
+            member = Member(each.name, 'event', each.id, each.arguments, help={'call': each.help}, context=each.context)
         elif each.id == -4:
-            member = Member('NewEnum', 'enumerator', each.id, [], help={'call': each.help})
+            member = Member('NewEnum', 'enumerator', each.id, [], help={'call': each.help},
+                            context=each.context)
         elif each.kind == 'func':
             result = type_name(each.result.type) if each.result else ''
-            member = Member(each.name, 'method', each.id, each.arguments, result, each.vararg, help={'call': each.help})
+            member = Member(each.name, 'method', each.id, each.arguments, result, each.vararg, help={'call': each.help},
+                            context=each.context)
         else:
-            member = found.get(each.id) or Member(each.name, 'property', each.id, each.arguments)
+            member = found.get(each.id) or Member(each.name, 'property', each.id, each.arguments, context=each.context)
             member.access.append(ACCESS[each.kind])
             member.help[ACCESS[each.kind]] = each.help
             if each.result:
@@ -111,21 +117,26 @@ def members_of(interface, kind):
 class TypeLibrary:
     def __init__(self, text):
         library = idl.read_library(text)
+        self.help_file, self.context = library.help_file, library.context
         comments = dict(re.findall(r'^\s*(zep\w+) = [^/\n]*// (.*)$', text, re.MULTILINE))
         self.enumerations = {
             name: Enumeration(name, library.help[name],
-                              [Constant(each, value, comments.get(each, '')) for each, value in constants])
+                              [Constant(each, value, comments.get(each, '')) for each, value in constants],
+                              library.contexts[name])
             for name, constants in library.enumerations.items()}
         self.classes = {each.name: self.read_class(library, each) for each in library.coclasses}
         shown = {each.default for each in library.coclasses}
         for name, interface in library.interfaces.items():
             if name not in shown:  # an interface that clients meet without a class
                 plain = name.removeprefix('_')
-                self.classes[plain] = Class(plain, interface.help, False, members_of(interface, 'member'), [])
+                self.classes[plain] = Class(plain, interface.help, False, members_of(interface, 'member'), [],
+                                            interface.context)
         self.errors = Catalogue(self.enumerations)
 
     @staticmethod
     def read_class(library, coclass):
-        events = members_of(library.events[coclass.events], 'event') if coclass.events else []
+        source = library.events.get(coclass.events)
+        events = members_of(source, 'event') if source else []
         members = members_of(library.interfaces[coclass.default], 'member')
-        return Class(coclass.name, coclass.help, coclass.creatable, members, events)
+        return Class(coclass.name, coclass.help, coclass.creatable, members, events, coclass.context,
+                     source.context if source else 0)
