@@ -7,6 +7,8 @@
 #include <iterator>
 #include <limits>
 
+#include "expr/shortest_decimal.h"
+
 namespace zepkit10 {
 namespace {
 
@@ -50,17 +52,14 @@ struct Digits {
 };
 
 Digits ShortestDigits(double number) {
-  char text[32];  // as in 1.25e-308
-  const auto made = std::to_chars(text, std::end(text), number, std::chars_format::scientific);
-  const char* const exponent_mark = std::find(text, made.ptr, 'e');
-  Digits result{{}, 0};
-  for (const char* c = text; c != exponent_mark; ++c) {
-    if (*c != '.') result.digits += static_cast<char16_t>(*c);
+  const Decimal decimal = ShortestDecimal(number);
+  char16_t text[std::numeric_limits<std::uint64_t>::digits10 + 1];
+  char16_t* first = std::end(text);
+  for (std::uint64_t rest = decimal.digits; rest > 0; rest /= 10) {
+    *--first = static_cast<char16_t>(u'0' + rest % 10);
   }
-  const char* const exponent = exponent_mark + (exponent_mark[1] == '+' ? 2 : 1);
-  std::from_chars(exponent, made.ptr, result.point);
-  ++result.point;
-  return result;
+  const auto count = static_cast<int>(std::end(text) - first);
+  return {{first, std::end(text)}, count + decimal.exponent};
 }
 
 /// A number of so few digits that they and the power of ten are doubles: their quotient is rounded
