@@ -7,6 +7,7 @@
 #include "enums.h"
 #include "platform/automation/module.h"
 #include "platform/automation/string.h"
+#include "util/decimal_text.h"
 
 namespace zepkit10 {
 namespace {
@@ -37,8 +38,7 @@ std::u16string FromMessageTable(std::int32_t number) {
 std::u16string ErrorText(std::int32_t number) {
   std::u16string text = number > 0 ? FromMessageTable(number) : FromStringTable(number);
   if (!text.empty()) return text;
-  const std::wstring digits = std::to_wstring(number);
-  return std::u16string(u"Description for err #").append(ViewOf(digits)).append(u" not found");
+  return u"Description for err #" + DecimalText(number) + u" not found";
 }
 
 }  // namespace zepkit10

@@ -9,6 +9,7 @@
 #include "frame/class_object.h"
 #include "platform/automation/module.h"
 #include "platform/automation/string.h"
+#include "util/decimal_text.h"
 
 // The compiler's headers lack these two.
 extern "C" {
@@ -36,7 +37,7 @@ std::wstring ProgIdOf(const ClassDescription& description) {
 
 /// The name that only a release whose interfaces a client could not use would change.
 std::wstring VersionedProgIdOf(const ClassDescription& description, WORD major) {
-  return ProgIdOf(description) + L"." + std::to_wstring(major);
+  return ProgIdOf(description) + L"." + WideText(DecimalText(major));
 }
 
 std::wstring ClassKeyOf(const ClassDescription& description) {
@@ -113,15 +114,14 @@ void RegisterClass(Users users, const ClassDescription& description, const std::
   const std::wstring key = ClassKeyOf(description);
   const std::wstring prog_id = ProgIdOf(description);
   const std::wstring versioned = VersionedProgIdOf(description, library.major);
-  const std::wstring version =
-      std::to_wstring(library.major) + L"." + std::to_wstring(library.minor);
+  const std::u16string version = DecimalText(library.major) + u"." + DecimalText(library.minor);
   Write(users, key, nullptr, prog_id);
   Write(users, key + L"\\InprocServer32", nullptr, path);
   Write(users, key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
   Write(users, key + L"\\ProgID", nullptr, versioned);
   Write(users, key + L"\\VersionIndependentProgID", nullptr, prog_id);
   Write(users, key + L"\\TypeLib", nullptr, TextOf(library.guid));
-  Write(users, key + L"\\Version", nullptr, version);
+  Write(users, key + L"\\Version", nullptr, WideText(version));
   RegisterProgId(users, versioned, description);
   RegisterProgId(users, prog_id, description);
   Write(users, kClasses + prog_id + L"\\CurVer", nullptr, versioned);

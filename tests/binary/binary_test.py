@@ -26,6 +26,14 @@ class BinaryTest:
         self.assertIn('oleaut32', imported)
         self.assertLessEqual(imported, KNOWN)
 
+    def test_loads_no_user_interface_before_it_is_shown(self):
+        imported = re.findall(r'DLL Name: (\S+)', self.headers)
+        self.assertNotIn('comdlg32.dll', imported)
+        self.assertIn(b'GetOpenFileNameW\0', self.path.read_bytes())
+
+    def test_is_not_large(self):
+        self.assertLessEqual(self.path.stat().st_size, 1_000_000)
+
     def test_exports_the_functions_of_a_component_under_plain_names(self):
         table = self.headers[self.headers.index('[Ordinal/Name Pointer] Table'):]
         self.assertEqual(EXPORTS, set(re.findall(r'^\s+\[ *\d+\] (\S+)$', table, re.MULTILINE)))
