@@ -77,7 +77,7 @@ OPENFILENAMEW Describe(const CommonDialogProperties& properties, const std::u16s
 
 }  // namespace
 
-bool CommonDialog::Show(Function* function) {
+bool CommonDialog::Show(FileDialogFunction* function) {
   if (shown_) return false;
   // Clients are called while a dialog is up, and may change every property.
   const CommonDialogProperties asked = properties_;

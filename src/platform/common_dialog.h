@@ -1,11 +1,10 @@
 #pragma once
 
-#include <windows.h>
-#include <commdlg.h>
-
 #include <cstdint>
 #include <string>
 #include <string_view>
+
+#include "platform/file_dialogs.h"
 
 namespace zepkit10 {
 
@@ -37,13 +36,11 @@ class CommonDialog {
   /// `max_file_size`, and while another dialog of this control is up. Properties change only by a
   /// choice: `file_name`, `file_title`, `filter_index` and the flags OFN_READONLY and
   /// OFN_EXTENSIONDIFFERENT.
-  bool ShowOpen() { return Show(GetOpenFileNameW); }
-  bool ShowSave() { return Show(GetSaveFileNameW); }
+  bool ShowOpen() { return Show(show_open_dialog); }
+  bool ShowSave() { return Show(show_save_dialog); }
 
  private:
-  using Function = BOOL WINAPI(OPENFILENAMEW*);
-
-  bool Show(Function* function);
+  bool Show(FileDialogFunction* function);
   void Accept(std::u16string_view choice, const OPENFILENAMEW& answer,
               std::u16string_view default_ext);
 

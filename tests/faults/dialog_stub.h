@@ -7,9 +7,7 @@
 
 #include "com/dialog_driver.h"
 #include "com/import_hook.h"
-
-DECLARE_IMPORT(GetOpenFileNameW, 4);
-DECLARE_IMPORT(GetSaveFileNameW, 4);
+#include "platform/file_dialogs.h"
 
 namespace faults {
 
@@ -30,8 +28,8 @@ class DialogStub final : public DialogUser {
 
   std::wstring typed_, name_;
   int button_ = IDCANCEL;
-  const ImportHook<&__imp_GetOpenFileNameW> open_{Answer};
-  const ImportHook<&__imp_GetSaveFileNameW> save_{Answer};
+  const ImportHook<&zepkit10::show_open_dialog> open_{Answer};
+  const ImportHook<&zepkit10::show_save_dialog> save_{Answer};
 };
 
 }  // namespace faults

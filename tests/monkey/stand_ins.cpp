@@ -7,11 +7,10 @@
 
 #include "com/import_hook.h"
 #include "monkey/chart_limits.h"
+#include "platform/file_dialogs.h"
 
 DECLARE_IMPORT(CreateDialogParamW, 20);
 DECLARE_IMPORT(GetMessageW, 16);
-DECLARE_IMPORT(GetOpenFileNameW, 4);
-DECLARE_IMPORT(GetSaveFileNameW, 4);
 DECLARE_IMPORT(MessageBeep, 4);
 DECLARE_IMPORT(SetCursorPos, 8);
 DECLARE_IMPORT(SystemParametersInfoA, 16);
@@ -73,8 +72,8 @@ BOOL WINAPI KeepQuiet(UINT) { return (*chance)() % 8 != 0; }
 }  // namespace
 
 struct StandIns::Hooks {
-  const ImportHook<&__imp_GetOpenFileNameW> open{AnswerFileDialog};
-  const ImportHook<&__imp_GetSaveFileNameW> save{AnswerFileDialog};
+  const ImportHook<&zepkit10::show_open_dialog> open{AnswerFileDialog};
+  const ImportHook<&zepkit10::show_save_dialog> save{AnswerFileDialog};
   const CreateDialogHook create_dialog{CreateDialogSometimes};
   const GetMessageHook get_message{GetMessageOrPressOk};
   const ImportHook<&__imp_SetCursorPos> pointer{LeavePointer};
