@@ -16,7 +16,7 @@ for bench in build/x64/*_bench.exe; do
 done | tee build/bench/component.txt
 tools/wine.sh english cscript //nologo bench/windows/late_calls.vbs
 
-seconds=$(awk '/seconds/ { print $1; exit }' build/bench/component.txt)
+seconds=$(awk '/ seconds without a listener/ { print $1; exit }' build/bench/component.txt)
 start=$(date +%s.%N)
 gnuplot > build/bench/gnuplot.png << 'PLOT'
 set terminal png size 480,320
