@@ -17,7 +17,6 @@ packages_of() {
     clients) echo fp-compiler fpc-source mono-mcs ;;
     docs) echo python3-markdown ;;
     browser) echo chromium chromium-driver ;;
-    coverage) echo gcovr ;;
     bench) echo libbenchmark-dev libmuparser-dev gnuplot-nox ;;
     *) echo "tools/install_packages.sh: no group '$1'" >&2; exit 2 ;;
   esac
@@ -37,7 +36,6 @@ purpose_of() {
     clients) echo "to build clients in other languages" ;;
     docs) echo "to make the documentation" ;;
     browser) echo "to look at the documentation in a browser" ;;
-    coverage) echo "to count what tests run" ;;
     bench) echo "to measure, and to compare with" ;;
   esac
 }
