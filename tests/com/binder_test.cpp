@@ -270,6 +270,12 @@ TEST_F(BinderTest, LeftOutArgumentsGetTheirDefaults) {
       Call(L"Defaults", {two.raw(), word.raw(), no.raw()}, {L"anything", L"STEP", L"Kind"}).value);
 }
 
+// As clients write literals: an Integer where it fits, else a Long.
+TEST_F(BinderTest, DefaultsOfVariantsHaveTheTypeOfALiteral) {
+  EXPECT_EQ(Value(100000), Call(L"LongStep").value);
+  EXPECT_EQ(Value(short{5}), Call(L"LongStep", {Value(short{5}).raw()}).value);
+}
+
 TEST_F(BinderTest, NamedArgumentsComeInAnyOrder) {
   const Value one(1), four(4);
   EXPECT_EQ(Value(0.25),

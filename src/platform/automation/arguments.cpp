@@ -78,28 +78,31 @@ ULONG SizeOf(VARTYPE type) {
     case VT_CY:
     case VT_DATE:
       return 8;
+    case VT_DECIMAL:
+      return sizeof(DECIMAL);
     default:
       return 0;
   }
 }
 
-/// Replaces the value of a client's typed variable; `value` gives up what it owns.
-HRESULT Store(VARIANT* value, VARTYPE type, void* variable) {
-  if (type == VT_DECIMAL) {
-    value->decVal.wReserved = 0;  // shares its place with the type
-    CopyMemory(variable, &value->decVal, sizeof value->decVal);
-    value->vt = VT_EMPTY;
-    return S_OK;
-  }
+/// Replaces the value of a client's typed variable by another one, converted.
+HRESULT Store(const VARIANT& value, LCID locale, VARTYPE type, void* variable) {
   const ULONG size = SizeOf(type);
   if (size == 0) return DISP_E_TYPEMISMATCH;
+  Variant converted;
+  HRESULT hr = Convert(value, type, locale, converted.Out());
+  if (FAILED(hr)) return hr;
+  if (type == VT_DECIMAL) {
+    converted.Out()->decVal.wReserved = 0;  // shares its place with the type
+    CopyMemory(variable, &converted.get().decVal, size);
+    return S_OK;
+  }
   VARIANT old;
   old.vt = type;
   CopyMemory(&old.byref, variable, size);
-  const HRESULT hr = VariantClear(&old);
-  if (FAILED(hr)) return hr;
-  CopyMemory(variable, &value->byref, size);
-  value->vt = VT_EMPTY;
+  if (FAILED(hr = VariantClear(&old))) return hr;
+  const VARIANT stored = converted.Detach();
+  CopyMemory(variable, &stored.byref, size);
   return S_OK;
 }
 
@@ -113,7 +116,8 @@ HRESULT Replace(VARIANT* value, LCID locale, VARIANT* variable) {
     *replacement.Out() = *value;
     value->vt = VT_EMPTY;
   }
-  const HRESULT hr = VariantClear(variable);
+  // Looked at first: Wine's VariantClear loses a locked array.
+  const HRESULT hr = IsFixed(*variable) ? DISP_E_ARRAYISLOCKED : VariantClear(variable);
   if (SUCCEEDED(hr)) *variable = replacement.Detach();
   return hr;
 }
@@ -204,9 +208,8 @@ HRESULT BoundArguments::BindMissing(std::size_t index) noexcept {
     own.bstrVal = SysAllocString(parameter.default_value.text);
     if (!own.bstrVal) return E_OUTOFMEMORY;
     own.vt = VT_BSTR;
-  } else if (parameter.type & VT_ARRAY || parameter.type == VT_BSTR ||
-             IsObjectType(parameter.type)) {
-    own.vt = parameter.type;
+  } else if (parameter.type == VT_BSTR) {
+    own.vt = VT_BSTR;
   } else {
     SetLiteral(parameter.default_value.number, &own);
     if (parameter.type != VT_VARIANT) Convert(own, parameter.type, locale_, &own);
@@ -322,10 +325,7 @@ HRESULT BoundArguments::WriteBack(UINT* fault) noexcept {
     const bool nothing_yet = variable && variable->vt == VT_EMPTY;
     if (nothing_yet && (slot.own.vt & VT_ARRAY) && !slot.own.parray) continue;
     if (variable && (variable->vt & VT_BYREF)) {
-      const VARTYPE type = variable->vt & ~VT_BYREF;
-      Variant converted;
-      hr = Convert(slot.own, type, locale_, converted.Out());
-      if (SUCCEEDED(hr)) hr = Store(converted.Out(), type, variable->byref);
+      hr = Store(slot.own, locale_, variable->vt & ~VT_BYREF, variable->byref);
     } else if (variable) {
       hr = Replace(&slot.own, locale_, variable);
     }

@@ -84,6 +84,7 @@ class Probe final : public AutomationObject<Probe, ProbeShim> {
   std::int32_t Find(std::u16string_view text, VARIANT* where, VARIANT_BOOL* found);
   double Divide(double numerator, double denominator);
   void Nothing() {}
+  Variant LongStep(const VARIANT& step) { return EchoValue(step); }
 
   std::int32_t Count(SAFEARRAY** items);
   /// Replaces every item that came by reference by the text.
@@ -127,6 +128,15 @@ class Probe final : public AutomationObject<Probe, ProbeShim> {
   Variant RaiseAndEcho(const VARIANT& given) {
     events_.Idle();
     return EchoValue(given);
+  }
+  /// As the members without an event, after the handlers of Idle.
+  void RaiseAndChange(LONG* changed) {
+    events_.Idle();
+    ChangeLong(changed);
+  }
+  void RaiseAndAppend(SAFEARRAY** texts, std::u16string_view added) {
+    events_.Idle();
+    AppendText(texts, added);
   }
 
  private:
