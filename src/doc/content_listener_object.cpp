@@ -10,13 +10,13 @@ using Microsoft::WRL::ComPtr;
 // Of the events of ZepVariant.
 constexpr DISPID kBeforeROChange = 1, kChange = 2;
 
+/// Every buffer has one.
 ComPtr<IConnectionPoint> PointOf(ZepVariant& content) {
   ComPtr<IConnectionPointContainer> container;
   ComPtr<IConnectionPoint> point;
-  if (SUCCEEDED(content.QueryInterface(IID_IConnectionPointContainer,
-                                       reinterpret_cast<void**>(container.GetAddressOf())))) {
-    container->FindConnectionPoint(DIID___ZepVariant, &point);
-  }
+  content.QueryInterface(IID_IConnectionPointContainer,
+                         reinterpret_cast<void**>(container.GetAddressOf()));
+  container->FindConnectionPoint(DIID___ZepVariant, &point);
   return point;
 }
 
@@ -74,13 +74,12 @@ class ContentConnection::Listener final : public IDispatch {
 
 ContentConnection::ContentConnection(ZepVariant& content, ContentOwner& owner)
     : content_(&content), listener_(new Listener(owner)) {
-  const ComPtr<IConnectionPoint> point = PointOf(content);
-  if (!point || FAILED(point->Advise(listener_.Get(), &cookie_))) throw std::bad_alloc();
+  if (FAILED(PointOf(content)->Advise(listener_.Get(), &cookie_))) throw std::bad_alloc();
 }
 
 ContentConnection::~ContentConnection() {
   listener_->Forget();
-  if (const ComPtr<IConnectionPoint> point = PointOf(*content_)) point->Unadvise(cookie_);
+  PointOf(*content_)->Unadvise(cookie_);
 }
 
 }  // namespace zepkit10

@@ -152,15 +152,13 @@ HRESULT ReadThroughProperty(ObjectCore& object, const Member& member, const Invo
   Variant held;
   const HRESULT hr = ReadProperty(object, member, call, &none, held.Out());
   if (FAILED(hr)) return hr;
-  const VARIANT* value = Follow(&held.get());
-  if (!value) return DISP_E_TYPEMISMATCH;
-  if (value->vt & VT_ARRAY) {
-    SAFEARRAY* array = (value->vt & VT_BYREF) ? *value->pparray : value->parray;
-    return ElementOf(array, *call.parameters, call.locale, call.result);
+  const VARIANT& value = held.get();  // never by reference, as the result of one of our members
+  if (value.vt & VT_ARRAY) {
+    return ElementOf(value.parray, *call.parameters, call.locale, call.result);
   }
-  if (value->vt != VT_DISPATCH || !value->pdispVal) return DISP_E_BADPARAMCOUNT;
-  return value->pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, call.flags, call.parameters,
-                                 call.result, call.exception, call.argument);
+  if (value.vt != VT_DISPATCH || !value.pdispVal) return DISP_E_BADPARAMCOUNT;
+  return value.pdispVal->Invoke(DISPID_VALUE, call.iid, call.locale, call.flags, call.parameters,
+                                call.result, call.exception, call.argument);
 }
 
 /// object.Property(arguments) = value where the property has no setter: the value is meant for the

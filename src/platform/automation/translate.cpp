@@ -24,11 +24,12 @@ constexpr auto kNotEnoughMemory =
     static_cast<HRESULT>(0x80070000u | static_cast<unsigned>(ERROR_NOT_ENOUGH_MEMORY));
 
 HRESULT Publish(const Failure& failure, const ClassDescription& called) {
-  const std::u16string source =
-      failure.source.empty() ? std::u16string(u"Zepkit10.") + called.name : failure.source;
+  std::u16string source = failure.source;
+  if (source.empty()) source.assign(u"Zepkit10.").append(called.name);
   ComPtr<ICreateErrorInfo> info;
   ComPtr<IErrorInfo> published;
-  if (FAILED(CreateErrorInfo(&info)) || FAILED(info.As(&published))) throw std::bad_alloc();
+  if (FAILED(CreateErrorInfo(&info))) throw std::bad_alloc();
+  info.As(&published);
   info->SetGUID(*called.default_interface);
   info->SetSource(MutableText(source));
   info->SetDescription(
