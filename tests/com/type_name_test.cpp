@@ -3,6 +3,7 @@
 
 #include "com/component.h"
 #include "com/foreign.h"
+#include "com/record.h"
 #include "com/value_array.h"
 
 namespace {
@@ -126,6 +127,21 @@ TEST_F(TypeNameTest, ForeignObjectsAreAsked) {
   object.class_info.Reset();
   object.interface_info.Reset();
   EXPECT_EQ(1u, object.references);
+}
+
+TEST_F(TypeNameTest, UserDefinedTypesHaveTheirOwnNames) {
+  Record point(L"Point"), nameless(nullptr);
+  LONG content = 1;
+  EXPECT_EQ(u"Point", NameOf(point.Of(content)));
+  EXPECT_EQ(u"Point()", NameOf(point.Array({1})));
+  EXPECT_EQ(u"Unknown", NameOf(nameless.Of(content)));
+  EXPECT_EQ(u"Unknown()", NameOf(nameless.Array({1})));
+  EXPECT_EQ(u"Unknown()", NameOf(value_array::Unallocated(VT_RECORD)));
+  VARIANT untold;
+  untold.vt = VT_BYREF | VT_RECORD;
+  untold.pvRecord = &content;
+  untold.pRecInfo = nullptr;
+  EXPECT_EQ(u"Unknown", zepkit10::TypeNameOf(untold));
 }
 
 TEST_F(TypeNameTest, AnObjectWithoutAutomationIsUnknown) {
