@@ -165,6 +165,10 @@ TEST_F(AboutWindowTest, ScrollsByKeysWheelAndBar) {
       .Await([](HWND window) { return position(window) == 0; })
       .Type(VK_NEXT)
       .Await([&](HWND window) { return position(window) > 3 * line; })
+      .Type(VK_PRIOR)
+      .Await([](HWND window) { return position(window) == 0; })
+      .Type(VK_END)
+      .Await([&](HWND window) { return position(window) > 100 * line; })
       .Type(VK_HOME)
       .Await([](HWND window) { return position(window) == 0; })
       .Do([&](HWND window) {
@@ -177,11 +181,57 @@ TEST_F(AboutWindowTest, ScrollsByKeysWheelAndBar) {
         EXPECT_GT(position(window), 0);
         SendMessageW(window, WM_VSCROLL, SB_BOTTOM, reinterpret_cast<LPARAM>(bar));
         const int bottom = position(window);
-        SendMessageW(window, WM_VSCROLL, SB_LINEDOWN, reinterpret_cast<LPARAM>(bar));
-        EXPECT_EQ(bottom, position(window));
+        // Nobody drags the thumb: it is where it was.
+        for (const WPARAM request : {SB_LINEDOWN, SB_THUMBTRACK, SB_THUMBPOSITION, SB_ENDSCROLL}) {
+          SendMessageW(window, WM_VSCROLL, request, reinterpret_cast<LPARAM>(bar));
+          EXPECT_EQ(bottom, position(window)) << request;
+        }
+        SendMessageW(window, WM_VSCROLL, SB_PAGEUP, reinterpret_cast<LPARAM>(bar));
+        EXPECT_LT(position(window), bottom - 3 * line);
       })
       .Press(IDOK);
   EXPECT_OK(Show(std::wstring(1000, L'\n')));
+}
+
+/// How far the user wants a notch of the wheel to scroll, as long as this lives.
+class WheelSetting {
+ public:
+  explicit WheelSetting(UINT rows) {
+    SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &before_, 0);
+    Set(rows);
+  }
+  ~WheelSetting() { Set(before_); }
+  WheelSetting(const WheelSetting&) = delete;
+  WheelSetting& operator=(const WheelSetting&) = delete;
+
+ private:
+  static void Set(UINT rows) { SystemParametersInfoW(SPI_SETWHEELSCROLLLINES, rows, nullptr, 0); }
+
+  UINT before_ = 0;
+};
+
+TEST_F(AboutWindowTest, TheWheelScrollsAsTheUserWants) {
+  int notch[3] = {};
+  constexpr UINT kRows[] = {1, 3, WHEEL_PAGESCROLL};
+  for (int i = 0; i < 3; ++i) {
+    const WheelSetting setting(kRows[i]);
+    user_
+        .Do([&notch, i](HWND window) {
+          const HWND bar = AboutUser::Control(window, ZEPKIT10_ABOUT_SCROLL_BAR);
+          SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, -1), 0);
+          if (i == 0) {
+            EXPECT_EQ(0, GetScrollPos(bar, SB_CTL)) << "too little for a pixel";
+          }
+          constexpr auto kRest = static_cast<WORD>(1 - WHEEL_DELTA);
+          SendMessageW(window, WM_MOUSEWHEEL, MAKEWPARAM(0, kRest), 0);
+          notch[i] = GetScrollPos(bar, SB_CTL);
+        })
+        .Press(IDOK);
+    EXPECT_OK(Show(std::wstring(1000, L'\n')));
+  }
+  EXPECT_GT(notch[0], 0);
+  EXPECT_EQ(3 * notch[0], notch[1]);
+  EXPECT_GT(notch[2], notch[1]);
 }
 
 TEST_F(AboutWindowTest, LeavesNothingBehind) {

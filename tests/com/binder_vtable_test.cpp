@@ -78,6 +78,22 @@ TEST_F(BinderVtableTest, NullResultPointersAreRefused) {
   EXPECT_EQ(E_POINTER, vtable()->Fail(0, nullptr));
 }
 
+TEST_F(BinderVtableTest, ErrorInfoComesFromTheClassesInterfaceOnly) {
+  ComPtr<ISupportErrorInfo> support;
+  ASSERT_EQ(S_OK, probe_.As(&support));
+  EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(IID__Probe));
+  EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(IID_IDispatch));
+  EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(IID_ISupportErrorInfo));
+  EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(DIID___Probe));
+}
+
+TEST_F(BinderVtableTest, ItsTypeIsToldToWhoTakesIt) {
+  ComPtr<ITypeInfo> type;
+  EXPECT_EQ(E_POINTER, vtable()->GetTypeInfoCount(nullptr));
+  EXPECT_EQ(E_POINTER, vtable()->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr));
+  EXPECT_EQ(DISP_E_BADINDEX, vtable()->GetTypeInfo(1, LOCALE_USER_DEFAULT, &type));
+}
+
 TEST_F(BinderVtableTest, NullReferencesAreRefused) {
   EXPECT_EQ(E_POINTER, vtable()->ChangeLong(nullptr));
   EXPECT_EQ(E_POINTER, vtable()->ChangeText(nullptr));

@@ -98,6 +98,14 @@ TEST_P(ErrorsTest, ADeletedObjectsErrorHasNoTextOfItsOwn) {
                L"Description for err #-2147220480 not found");
 }
 
+// set.Parent(1): what it holds is read first.
+TEST_P(ErrorsTest, ArgumentsForWhatADeletedObjectHeldMeetItsError) {
+  if (GetParam() != client::Binding::kDispatch) GTEST_SKIP() << "late binding only";
+  EXPECT_OK(set_.Call(L"Delete"));
+  EXPECT_ERROR(set_.Get(L"Parent", {1}), -2147220480, L"Zepkit10.VarSet",
+               L"Description for err #-2147220480 not found");
+}
+
 TEST_P(ErrorsTest, GermanTextsForAGermanUser) {
   SKIP_UNLESS_GERMAN();
   const Object variable = set_.CallObject(L"Add", {L"x"});

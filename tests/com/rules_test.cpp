@@ -108,6 +108,19 @@ TEST_F(RulesTest, OnlyCreatableClassesAreCreatedAndNoneIsAggregated) {
   });
 }
 
+TEST_F(RulesTest, ClassObjectsHaveTwoInterfaces) {
+  ComPtr<IClassFactory> factory;
+  ComPtr<IUnknown> identity;
+  ASSERT_EQ(S_OK, component::GetClassObject(CLSID_Counter, IID_PPV_ARGS(&factory)));
+  EXPECT_EQ(S_OK, factory.As(&identity));
+  EXPECT_EQ(identity.Get(), factory.Get());
+  void* result = factory.Get();
+  EXPECT_EQ(E_NOINTERFACE, factory->QueryInterface(IID_IDispatch, &result));
+  EXPECT_EQ(nullptr, result);
+  EXPECT_EQ(E_POINTER, factory->QueryInterface(IID_IUnknown, nullptr));
+  EXPECT_EQ(E_POINTER, component::GetClassObject(CLSID_Counter, IID_IClassFactory, nullptr));
+}
+
 TEST_F(RulesTest, ObjectsDescribeThemselves) {
   ForEveryClass([](const Class& described, IDispatch* object) {
     ComPtr<IProvideClassInfo2> provider;

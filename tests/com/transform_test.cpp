@@ -166,6 +166,21 @@ TEST_P(TransformTest, LeavesTheTermAlone) {
   EXPECT_EQ(expression_.Get(L"Value"), 12.0);
 }
 
+// Nothing but the class itself looks at what compiled code hands over.
+TEST_P(TransformTest, AValueThatLeadsNowhereIsNone) {
+  Microsoft::WRL::ComPtr<_Expression> direct;
+  ASSERT_EQ(S_OK, expression_.get()->QueryInterface(IID_PPV_ARGS(&direct)));
+  VARIANT loop;
+  loop.vt = VT_BYREF | VT_VARIANT;
+  loop.pvarVal = &loop;
+  for (const ZepMathTransMode mode : {zepMTOpToPrio, zepMTOpToChar, zepMTCharToOp}) {
+    Value result(5);
+    EXPECT_EQ(static_cast<HRESULT>(zepErrBadParam), direct->Transform(loop, mode, &result.raw()));
+    EXPECT_EQ(Value(), result);
+  }
+  SetErrorInfo(0, nullptr);
+}
+
 RUN_IN_BOTH_BINDINGS(TransformTest);
 
 }  // namespace
