@@ -95,6 +95,7 @@ TEST(Transform, TextThatStartsWithNoToken) {
       {u"|(", zepErrBadBrackets},      {u"|)|", zepErrBadBrackets},
       {u"|x)", zepErrBadBrackets},     {u"|(x|)", zepErrBadValueDashes},
       {u"|)(", zepErrBadBrackets},     {u"|)(|", zepErrBadBrackets},
+      {{u"+", 0}, zepErrBadParam},     {{u"x)", 0}, zepErrBadParam},
   };
   for (const auto& [text, error] : kCases) {
     const std::u16string_view copy = text;
