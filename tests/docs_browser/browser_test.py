@@ -51,6 +51,12 @@ class InTheBrowser(unittest.TestCase):
         self.assertEqual(address('reference/Counter.html') + '#Increment', self.browser.url)
         self.assertTrue(self.browser.run('return document.querySelector(".member:target") !== null'))
 
+    def test_help_leads_on_from_its_number(self):
+        self.browser.open(address('Zepkit10.html') + '#3001')
+        self.assertEqual(address('reference/Counter.html') + '#Decrement', self.browser.url)
+        self.open('Zepkit10.html')
+        self.assertEqual(address('Zepkit10.html'), self.browser.url)
+
     def test_search_is_moved_through_and_left_by_keyboard(self):
         self.open('reference/Counter.html')
         self.browser.type('/')

@@ -33,5 +33,6 @@ def body(page, library, path):
     rows = (f'<tr id="{number}"><td>{number}</td><td>{link(page, target, escape(name))}</td></tr>\n'
             for number, (name, target) in targets(library, path).items())
     return ('<h1>Help by number</h1>\n<p>The help context numbers of the type library, and where they lead: '
-            f'{page}#3001 leads to <code>Counter.Decrement</code>.</p>\n<table class="facts">\n'
-            f'<tr><th>Number</th><th>Describes</th></tr>\n{"".join(rows)}</table>\n{SCRIPT}')
+            f'<code>{page}#3001</code> leads to <code>Counter.Decrement</code>.</p>\n'
+            '<div class="wide"><table class="facts">\n'
+            f'<tr><th>Number</th><th>Describes</th></tr>\n{"".join(rows)}</table></div>\n{SCRIPT}')
