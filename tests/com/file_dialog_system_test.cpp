@@ -1,14 +1,11 @@
 // What file dialogs tell the system and take from its answers, with the system's dialogs replaced.
-#include <commdlg.h>
-
 #include <functional>
 
 #include "com/both_bindings.h"
 #include "com/import_hook.h"
 #include "com/zep_error.h"
+#include "platform/file_dialogs.h"
 
-DECLARE_IMPORT(GetOpenFileNameW, 4);
-DECLARE_IMPORT(GetSaveFileNameW, 4);
 DECLARE_IMPORT(WinHelpW, 16);
 
 namespace {
@@ -54,8 +51,8 @@ class FileDialogSystemTest : public BothBindings {
   Object dialog_ = Create(CLSID_FileDialog);
 
  private:
-  const ImportHook<&__imp_GetOpenFileNameW> open_{Open};
-  const ImportHook<&__imp_GetSaveFileNameW> save_{Save};
+  const ImportHook<&zepkit10::show_open_dialog> open_{Open};
+  const ImportHook<&zepkit10::show_save_dialog> save_{Save};
   const ImportHook<&__imp_WinHelpW> help_{KeepHelp};
 };
 
