@@ -1,6 +1,7 @@
 """zepcheck on machines in good and bad order: what it says, and how it ends."""
 import pathlib
 import re
+import struct
 import tempfile
 import unittest
 
@@ -162,6 +163,16 @@ class ZepcheckTest(unittest.TestCase):
         write(TYPE_LIBRARY, path)
         faults = self.check()[1]
         self.assertIn(f'The file {path} is for {OTHER} programs, but it is registered for {OWN} ones.', faults)
+
+    def test_says_that_the_dll_is_of_another_version(self):
+        with tempfile.TemporaryDirectory() as folder:
+            dll, content = pathlib.Path(folder) / 'zepkit10.dll', bytearray(DLL.read_bytes())
+            struct.pack_into('<HHHH', content, content.index(b'\xbd\x04\xef\xfe') + 8, 5, 9, 0, 7)
+            dll.write_bytes(content)
+            wine('regsvr32', '/s', dll)
+            output, _, _ = self.check()
+            self.assert_faults(f'The file is of version 9.5.7, and this zepcheck is of version {PRODUCT.version}.')
+        self.assert_self_test_passes(output)
 
     def test_says_that_the_file_is_no_dll(self):
         wine('regsvr32', '/s', DLL)
