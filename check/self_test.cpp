@@ -1,9 +1,8 @@
 #include "self_test.h"
 
-#include <filesystem>
-
 #include "advice.h"
 #include "families.h"
+#include "temporary_folder.h"
 
 namespace zepcheck {
 namespace {
@@ -14,26 +13,6 @@ constexpr const wchar_t* kHowToLoad =
     L"all. ";
 constexpr const wchar_t* kInstallAgain =
     L"The component does not work as it should: install it again, and then run zepcheck again.";
-
-/// A folder that goes with everything in it.
-class TemporaryFolder {
- public:
-  TemporaryFolder()
-      : path_(std::filesystem::temp_directory_path() /
-              (L"zepcheck " + std::to_wstring(GetCurrentProcessId()))) {
-    std::filesystem::create_directories(path_);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  const std::filesystem::path& Path() const { return path_; }
-
- private:
-  const std::filesystem::path path_;
-};
 
 void Run(std::span<const Family> families, const Workbench& bench, Report& report) {
   for (const Family& each : families) {
@@ -66,9 +45,14 @@ void Expect(const wchar_t* what, const Value& found, const std::wstring& expecte
 
 void SelfTest(Report& report) {
   report.Heading(L"Self-test");
+  const TemporaryFolder folder;
+  if (folder.Path().empty()) {
+    report.Fault(L"There is no folder for temporary files.",
+                 L"Let the environment variable TEMP name a folder that you may write to.");
+    return;
+  }
   try {
-    const TemporaryFolder folder;
-    RunAll({Object::Create(L"Zepkit10.Global"), folder.Path().wstring()}, report);
+    RunAll({Object::Create(L"Zepkit10.Global"), folder.Path()}, report);
   } catch (const Failure& failure) {
     // A fault that was found before is the reason.
     if (report.Faults()) {
@@ -77,9 +61,6 @@ void SelfTest(Report& report) {
       report.Fault(failure.text + L", although it is registered.",
                    kHowToLoad + HowToRegister(true));
     }
-  } catch (const std::exception&) {
-    report.Fault(L"There is no folder for temporary files.",
-                 L"Let the environment variable TEMP name a folder that you may write to.");
   }
 }
 

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 
 from package.product import Product
-from wine_machine import DLL, PLATFORM, PRESET, ROOT, changes, registry, run, wine
+from wine_machine import DLL, DRIVE_C, PLATFORM, PRESET, ROOT, changes, registry, run, wine
 
 PRODUCT = Product()
 PROGRAM = ROOT / f'build/{PRESET}/zepcheck.exe'
@@ -61,6 +61,7 @@ class ZepcheckTest(unittest.TestCase):
         self.assertTrue(output.endswith('\n\nAll is well.\n'))
         self.assert_self_test_passes(output)
         self.assertEqual({}, changes(before, registry()))
+        self.assertEqual([], list((DRIVE_C / 'users').rglob('zepcheck *')))
 
     def test_says_what_is_registered_where(self):
         wine('regsvr32', '/s', DLL)
