@@ -4,6 +4,8 @@
 
 namespace zepkit10 {
 
+Counter::Counter() : AutomationObject(&events_) {}
+
 void Counter::Decrement(std::int32_t DecrByWhat) {
   std::int32_t difference;
   if (__builtin_sub_overflow(value_, DecrByWhat, &difference)) {

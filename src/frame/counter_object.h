@@ -11,7 +11,7 @@ class Counter final : public AutomationObject<Counter, CounterShim> {
  public:
   static constexpr bool kCalculatesNothing = true;
 
-  Counter() : AutomationObject(&events_) {}
+  Counter();
 
   /// Both raise error 6 outside the 32-bit range; the value then stays.
   void Decrement(std::int32_t DecrByWhat);
