@@ -145,6 +145,13 @@ TEST_F(BinderPropertyTest, WhatAVariantHoldsIsIndexedToo) {
   EXPECT_EQ(DISP_E_BADPARAMCOUNT, Call(L"Held", {Value(1).raw()}).result);
 }
 
+TEST_F(BinderPropertyTest, AnAssignmentNamesItsValue) {
+  Value five(5);
+  DISPPARAMS unnamed{&five.raw(), nullptr, 1, 1};
+  EXPECT_EQ(E_INVALIDARG, InvokeId(object(), DISPID_VALUE, DISPATCH_PROPERTYPUT, &unnamed).result);
+  EXPECT_EQ(Value(0), Call(L"Value").value);
+}
+
 TEST_F(BinderPropertyTest, ArraysAreAssigned) {
   ClientArray script({1, L"2"});
   EXPECT_EQ(S_OK, Let(L"Bytes", {script.Raw()}).result);
