@@ -32,10 +32,12 @@ Variant Change(VARIANT* what, const VARIANT& by_what, Calculation calculate) {
   auto number = NumberOf(*what);
   auto step = IsMissing(&by_what) ? One() : NumberOf(by_what);
   if (!number || !step) RaiseInCalledClass(zepErrBadParam);
-  Variant result = calculate(number->get(), step->get());
+  Variant calculated = calculate(number->get(), step->get());
   ClientVariable variable(what);
-  variable.Assign(std::move(result));
-  return CopyOf(variable.get());
+  Variant fitting = variable.Fit(std::move(calculated));
+  Variant result = CopyOf(fitting.get());  // in front of what cannot be undone
+  variable.Assign(std::move(fitting));
+  return result;
 }
 
 constinit TagCounter tags;

@@ -16,6 +16,9 @@ class ClientVariable {
 
   const VARIANT& get() const { return *variant_; }
 
+  /// The value as this variable can hold it. Error 13 or 6 where it cannot.
+  Variant Fit(Variant value) const;
+
   /// Replaces the value; a typed variable gets it converted to its own type. On an error (13 or 6)
   /// the variable keeps its value.
   void Assign(Variant value);
@@ -29,8 +32,6 @@ class ClientVariable {
   VARTYPE Type() const { return variant_->vt & ~VT_BYREF; }
   bool IsTyped() const { return variant_->vt & VT_BYREF; }
   void CheckMovable() const;
-  /// The value as this variable can hold it.
-  Variant Fit(Variant value) const;
   /// Takes the value out without copying, which leaves the variable to be filled by `Put`.
   VARIANT Take() const;
   void Put(VARIANT value) const;
