@@ -104,12 +104,12 @@ class Spy final : public IMallocSpy {
   SIZE_T Granted(SIZE_T size) const { return size > limit_ ? 0 : size; }
 
   void Add(void* block) {
-    const faults::OutsideCall outside;
+    const faults::InsideHook hook;
     const std::scoped_lock lock(mutex_);
     if (block) blocks_[block] = {++serial_, requested_};
   }
   void Remove(void* block) {
-    const faults::OutsideCall outside;
+    const faults::InsideHook hook;
     const std::scoped_lock lock(mutex_);
     blocks_.erase(block);
   }

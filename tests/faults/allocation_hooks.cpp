@@ -40,11 +40,13 @@ namespace {
 #define FAILING(function, result) \
   const FailingImport<&__imp_##function, result> function##_ { #function }
 
-/// Texts and arrays are copied with their content.
+/// Texts and arrays are copied with their content. References to nothing and references to
+/// references, even to themselves, are refused.
 bool HoldsMemory(const VARIANT& value) {
-  if (value.vt == (VT_BYREF | VT_VARIANT)) return HoldsMemory(*value.pvarVal);
-  if (value.vt & VT_ARRAY) return true;
-  return (value.vt & ~VT_BYREF) == VT_BSTR;
+  constexpr VARTYPE kReference = VT_BYREF | VT_VARIANT;
+  const VARIANT* held = value.vt == kReference ? value.pvarVal : &value;
+  if (!held || held->vt == kReference) return false;
+  return (held->vt & VT_ARRAY) || (held->vt & ~VT_BYREF) == VT_BSTR;
 }
 
 Operation copying(Kind::kMemory, "VariantCopy"), converting(Kind::kMemory, "VariantChangeType");

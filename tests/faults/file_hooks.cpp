@@ -18,11 +18,13 @@ DECLARE_IMPORT(GetFileInformationByHandle, 8);
 DECLARE_IMPORT(GetFileSizeEx, 8);
 DECLARE_IMPORT(GetFullPathNameW, 16);
 DECLARE_IMPORT(GetPrivateProfileStringA, 24);
+DECLARE_IMPORT(GetProfileStringA, 20);
 DECLARE_IMPORT(ReadFile, 20);
 DECLARE_IMPORT(SetEndOfFile, 4);
 DECLARE_IMPORT(SetFilePointerEx, 20);
 DECLARE_IMPORT(WriteFile, 20);
 DECLARE_IMPORT(WritePrivateProfileStringA, 16);
+DECLARE_IMPORT(WriteProfileStringA, 12);
 
 namespace faults {
 namespace {
@@ -51,23 +53,25 @@ OPERATION(GetFileInformationByHandle);
 OPERATION(GetFileSizeEx);
 OPERATION(GetFullPathNameW);
 OPERATION(GetPrivateProfileStringA);
+OPERATION(GetProfileStringA);
 OPERATION(ReadFile);
 OPERATION(SetEndOfFile);
 OPERATION(SetFilePointerEx);
 OPERATION(WriteFile);
 OPERATION(WritePrivateProfileStringA);
+OPERATION(WriteProfileStringA);
 #undef OPERATION
 
 HANDLE Kept(HANDLE opened) {
   if (IsInside() && opened != INVALID_HANDLE_VALUE) {
-    const OutsideCall outside;
+    const InsideHook inside;
     open_handles.insert(opened);
   }
   return opened;
 }
 
 void Forget(HANDLE closed) {
-  const OutsideCall outside;
+  const InsideHook inside;
   open_handles.erase(closed);
 }
 
@@ -97,7 +101,7 @@ BOOL WINAPI FindNext(HANDLE search, WIN32_FIND_DATAW* data) {
 BOOL WINAPI Read(HANDLE file, void* bytes, DWORD size, DWORD* count, OVERLAPPED* overlapped) {
   ++readings;
   if (current.is_short && Fails(operation_ReadFile)) {
-    const OutsideCall outside;
+    const InsideHook inside;
     empty_readings.push_back(readings - 1);
     return Hook<&__imp_ReadFile>::kSystem(file, bytes, 0, count, overlapped);
   }
@@ -137,20 +141,30 @@ BOOL WINAPI MakeDirectory(const wchar_t* name, SECURITY_ATTRIBUTES* security) {
          Hook<&__imp_CreateDirectoryW>::kSystem(name, security);
 }
 /// A file that cannot be read has no entries.
+DWORD FindNoEntry(const char* missing, char* buffer, DWORD size) {
+  const std::size_t length = std::min<std::size_t>(std::strlen(missing), size - 1);
+  std::memcpy(buffer, missing, length);
+  buffer[length] = '\0';
+  return static_cast<DWORD>(length);
+}
 DWORD WINAPI ReadProfile(const char* section, const char* key, const char* missing, char* buffer,
                          DWORD size, const char* file) {
-  if (FailsAsError(operation_GetPrivateProfileStringA)) {
-    const std::size_t length = std::min<std::size_t>(std::strlen(missing), size - 1);
-    std::memcpy(buffer, missing, length);
-    buffer[length] = '\0';
-    return static_cast<DWORD>(length);
-  }
+  if (FailsAsError(operation_GetPrivateProfileStringA)) return FindNoEntry(missing, buffer, size);
   return Hook<&__imp_GetPrivateProfileStringA>::kSystem(section, key, missing, buffer, size, file);
+}
+DWORD WINAPI ReadSystemProfile(const char* section, const char* key, const char* missing,
+                               char* buffer, DWORD size) {
+  if (FailsAsError(operation_GetProfileStringA)) return FindNoEntry(missing, buffer, size);
+  return Hook<&__imp_GetProfileStringA>::kSystem(section, key, missing, buffer, size);
 }
 BOOL WINAPI WriteProfile(const char* section, const char* key, const char* value,
                          const char* file) {
   return !FailsAsError(operation_WritePrivateProfileStringA) &&
          Hook<&__imp_WritePrivateProfileStringA>::kSystem(section, key, value, file);
+}
+BOOL WINAPI WriteSystemProfile(const char* section, const char* key, const char* value) {
+  return !FailsAsError(operation_WriteProfileStringA) &&
+         Hook<&__imp_WriteProfileStringA>::kSystem(section, key, value);
 }
 
 }  // namespace
@@ -172,6 +186,8 @@ struct FileHooks::All {
   const Hook<&__imp_CreateDirectoryW> make_directory{MakeDirectory};
   const Hook<&__imp_GetPrivateProfileStringA> read_profile{ReadProfile};
   const Hook<&__imp_WritePrivateProfileStringA> write_profile{WriteProfile};
+  const Hook<&__imp_GetProfileStringA> read_system_profile{ReadSystemProfile};
+  const Hook<&__imp_WriteProfileStringA> write_system_profile{WriteSystemProfile};
 };
 
 FileHooks::FileHooks(const FileFault& fault) : all_(std::make_unique<All>()) { current = fault; }

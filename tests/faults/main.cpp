@@ -27,8 +27,6 @@ int main(int argc, char** argv) {
   OleInitialize(nullptr);
   const int result = RUN_ALL_TESTS();
   OleUninitialize();
-  for (const auto* each = faults::Operations(); each; each = each->next) {
-    if (each->failures) std::printf("%s failed %ld times\n", each->name, each->failures);
-  }
+  faults::TellFailures();
   return result;
 }
