@@ -27,6 +27,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / 'build'
 WINE = str(ROOT / 'tools/wine.sh')
 TIME_LIMIT = 600  # seconds for one program
+# Tests that show windows, or make calls by the thousand: with failing memory they take long.
+SLOW_TESTS = '*About*:*FileDialog*:*Monkey*'
 
 
 class BuildFailed(Exception):
@@ -168,6 +170,14 @@ def faults(windows):
     return suite
 
 
+def com_faults(windows, gtest_filter):
+    """Those against the linked component, while memory fails."""
+    def suite(run):
+        run.build(windows.preset)
+        return run.googletest([*windows.built('com_tests'), '--failing-memory'], gtest_filter)
+    return suite
+
+
 def com_dll(windows, gtest_filter):
     """The same tests against the DLL."""
     def suite(run):
@@ -293,6 +303,7 @@ def suites_on(preset):
         'com': com(english, '-*German*'),
         'com-dll': com_dll(english, '-*German*'),
         'faults': faults(english),
+        'com-faults': com_faults(english, '-*German*:' + SLOW_TESTS),
         'com-german': com(german, '*German*'),
         'com-dll-german': com_dll(german, '*German*'),
         'monkey': monkey(english),

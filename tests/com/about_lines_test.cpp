@@ -1,5 +1,6 @@
 // Which lines an about window shows for which values.
 #include "com/about_fixture.h"
+#include "com/fault_plan.h"
 #include "com/meddler.h"
 #include "com/text_array.h"
 #include "com/value_array.h"
@@ -15,6 +16,7 @@ class Failing final : public foreign::Object<IDispatch> {
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*,
                                    EXCEPINFO* exception, UINT*) override {
+    const faults::OutsideCall outside;
     if (result_ != DISP_E_EXCEPTION) return result_;
     *exception = {};
     exception->scode = number_;
@@ -33,6 +35,7 @@ class Standing final : public foreign::Object<IDispatch> {
  public:
   HRESULT STDMETHODCALLTYPE Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*,
                                    VARIANT* result, EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     EXPECT_EQ(DISPID_VALUE, member);
     EXPECT_EQ(DISPATCH_PROPERTYGET, flags);
     ++calls;

@@ -1,6 +1,9 @@
 #include "com/client.h"
 
+#include "com/every_member/call_table.h"
 #include "com/fault_plan.h"
+#include "com/type_library_reader.h"
+#include "faults/failing_memory.h"
 
 namespace client {
 namespace {
@@ -34,9 +37,11 @@ HRESULT CallInside(Call&& call) {
   return call();
 }
 
-/// Runtime errors travel as 0x800A0000 + number.
-long NumberOf(HRESULT failure) {
-  return (failure & 0xFFFF0000) == 0x800A0000 ? failure & 0xFFFF : failure;
+std::string DescriptionOf(IDispatch* object, const wchar_t* member, WORD flags) {
+  ComPtr<ITypeInfo> type;
+  if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type))) return Narrow(member);
+  return zepkit10::DocumentationOf(*type.Get()).name + "." + Narrow(member) +
+         call_table::KindName(flags);
 }
 
 }  // namespace
@@ -120,6 +125,11 @@ std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
              << ") " << Narrow(outcome.source) << ": " << Narrow(outcome.description);
 }
 
+// Runtime errors travel as 0x800A0000 + number.
+long NumberOf(HRESULT failure) {
+  return (failure & 0xFFFF0000) == 0x800A0000 ? failure & 0xFFFF : failure;
+}
+
 void ReadErrorInfo(Outcome& outcome) {
   outcome.number = NumberOf(outcome.result);
   ComPtr<IErrorInfo> info;
@@ -153,7 +163,8 @@ std::vector<Value> Object::Values() const {
     return values;
   }
   Value value;
-  while (enumerator->Next(1, &value.raw(), nullptr) == S_OK) {
+  const auto next = [&] { return enumerator->Next(1, &value.raw(), nullptr); };
+  while (failing_memory::Perform("Next", next) == S_OK) {
     values.push_back(std::exchange(value, Value()));
   }
   return values;
@@ -166,6 +177,12 @@ std::vector<Object> Object::Items() const {
 }
 
 Outcome Object::Invoke(const wchar_t* name, WORD flags, std::span<const Value> arguments) const {
+  return failing_memory::Perform({[&] { return InvokeOnce(name, flags, arguments); }, object_.Get(),
+                                  [&] { return DescriptionOf(object_.Get(), name, flags); }});
+}
+
+Outcome Object::InvokeOnce(const wchar_t* name, WORD flags,
+                           std::span<const Value> arguments) const {
   Outcome outcome;
   ComPtr<ITypeInfo> type;
   DISPID id = DISPID_UNKNOWN;

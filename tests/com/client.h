@@ -89,6 +89,9 @@ struct Outcome {
   friend std::ostream& operator<<(std::ostream& out, const Outcome& outcome);
 };
 
+/// The number of an error as a client reads it.
+long NumberOf(HRESULT failure);
+
 /// Completes an outcome whose `result` is a failure, as the caller of a slot learns more about it.
 void ReadErrorInfo(Outcome& outcome);
 
@@ -140,6 +143,8 @@ class Object {
   void Reset() { object_.Reset(); }
 
  private:
+  Outcome InvokeOnce(const wchar_t* name, WORD flags, std::span<const Value> arguments) const;
+
   static std::span<const Value> ListOf(Arguments arguments) {
     return {arguments.begin(), arguments.size()};
   }

@@ -1,6 +1,7 @@
 #include <functional>
 
 #include "com/both_bindings.h"
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 #include "com/zep_error.h"
 
@@ -123,6 +124,7 @@ class Asked : public foreign::Object<IDispatch> {
   explicit Asked(std::function<void()> action) : action_(std::move(action)) {}
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     action_();
     result->vt = VT_I4;
     result->lVal = 2;
@@ -169,6 +171,7 @@ class Parting : public foreign::Object<IDispatch> {
  public:
   explicit Parting(const client::Object& collection) : collection_(collection) { references = 0; }
   ULONG STDMETHODCALLTYPE Release() override {
+    const faults::OutsideCall outside;
     if (--references == 0) collection_.Call(L"Add", {L"parting"});
     return references;
   }

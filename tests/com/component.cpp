@@ -1,6 +1,8 @@
 #include "com/component.h"
 
+#include "com/client.h"
 #include "com/fault_plan.h"
+#include "faults/failing_memory.h"
 #include "frame/shared_library_object.h"
 #include "platform/automation/module.h"
 
@@ -59,9 +61,12 @@ HRESULT CanUnloadNow() {
 HRESULT CreateInstance(REFCLSID clsid, REFIID iid, void** result) {
   Microsoft::WRL::ComPtr<IClassFactory> factory;
   const HRESULT hr = GetClassObject(clsid, IID_PPV_ARGS(&factory));
-  const faults::InsideCall inside;
-  return FAILED(hr) ? hr : factory->CreateInstance(nullptr, iid, result);
+  if (FAILED(hr)) return hr;
+  return failing_memory::Perform("new",
+                                 [&] { return factory->CreateInstance(nullptr, iid, result); });
 }
+
+void Test::TearDown() { failing_memory::EndBody(); }
 
 Test::Test()
     : unloadable_at_start_(CanUnloadNow()),

@@ -40,6 +40,7 @@ class Test : public testing::Test {
  protected:
   Test();
   ~Test() override;
+  void TearDown() override;
 
  private:
   const HRESULT unloadable_at_start_;

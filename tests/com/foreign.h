@@ -9,9 +9,17 @@
 /// every call of a member.
 namespace foreign {
 
+/// How many there are: a test must not be left while the component may hold one.
+inline int alive = 0;
+
 template <class Interface>
 class Object : public Interface {
  public:
+  Object() { ++alive; }
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  ~Object() { --alive; }
+
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
     const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(Interface);
     *result = known ? this : nullptr;

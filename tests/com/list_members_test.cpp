@@ -1,5 +1,6 @@
 // The members of both roots that convert between delimited lists, collections and arrays.
 #include "com/both_roots.h"
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 #include "com/text_array.h"
 
@@ -189,6 +190,7 @@ class Counted : public foreign::Object<IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* given,
                                    VARIANT* result, EXCEPINFO* exception, UINT*) override {
+    const faults::OutsideCall outside;
     if (id != 1 && id != 2) return DISP_E_MEMBERNOTFOUND;
     if (id == 1) {
       if (!(flags & count_kind)) return DISP_E_MEMBERNOTFOUND;
@@ -241,6 +243,7 @@ class Enumerated : public foreign::Object<IDispatch>, public IEnumVARIANT {
   ULONG STDMETHODCALLTYPE Release() override { return Object::Release(); }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     if (id != DISPID_NEWENUM) return DISP_E_MEMBERNOTFOUND;
     result->vt = VT_UNKNOWN;
     result->punkVal = static_cast<IEnumVARIANT*>(this);
@@ -248,6 +251,7 @@ class Enumerated : public foreign::Object<IDispatch>, public IEnumVARIANT {
     return S_OK;
   }
   HRESULT STDMETHODCALLTYPE Next(ULONG, VARIANT* item, ULONG* fetched) override {
+    const faults::OutsideCall outside;
     if (std::exchange(begun_, true)) return end_;
     item->vt = VT_BSTR;
     item->bstrVal = SysAllocString(L"one");

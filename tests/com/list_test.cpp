@@ -1,6 +1,7 @@
 #include <functional>
 
 #include "com/both_bindings.h"
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 #include "com/zep_error.h"
 
@@ -170,6 +171,7 @@ class Read : public foreign::Object<IDispatch> {
   }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     if (id != 1 && id != 2) return DISP_E_MEMBERNOTFOUND;
     action_();
     const Value answer = id == 1 ? Value(1) : Value(L"read");

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "com/client.h"
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 
 /// A client's object that does something when it is asked for its default value, which is 7: in the
@@ -14,6 +15,7 @@ class Meddler final : public foreign::Object<IDispatch> {
 
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     action_();
     *result = client::Value(7).raw();
     return S_OK;

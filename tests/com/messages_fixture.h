@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "com/both_bindings.h"
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 #include "com/zep_error.h"
 
@@ -88,6 +89,7 @@ class Listener final : public foreign::Object<IDispatch> {
 
  private:
   static void Run(std::function<void()>& code) {
+    const faults::OutsideCall outside;
     if (const auto once = std::exchange(code, nullptr)) once();
   }
 };

@@ -1,6 +1,7 @@
 #include "com/sink.h"
 
 #include "com/fault_plan.h"
+#include "faults/failing_memory.h"
 
 namespace client {
 
@@ -18,7 +19,8 @@ ComPtr<Sink> Sink::Connect(IUnknown* source, REFIID events, Handler handler) {
   ComPtr<IConnectionPoint> point;
   if (FAILED(source->QueryInterface(IID_PPV_ARGS(&container))) ||
       FAILED(container->FindConnectionPoint(events, &point)) ||
-      FAILED(point->Advise(sink.Get(), &sink->cookie_))) {
+      FAILED(failing_memory::Perform("Advise",
+                                     [&] { return point->Advise(sink.Get(), &sink->cookie_); }))) {
     return nullptr;
   }
   sink->point_ = point.Get();
@@ -44,6 +46,7 @@ ULONG Sink::Release() {
 HRESULT Sink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
                      UINT*) {
   const faults::OutsideCall outside;
+  if (failing_memory::HasLeftTest()) return S_OK;
   const ComPtr<Sink> keeper(this);
   Event event{id, {}};
   for (UINT i = parameters->cArgs; i-- > 0;)

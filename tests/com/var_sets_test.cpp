@@ -1,5 +1,6 @@
 #include <functional>
 
+#include "com/fault_plan.h"
 #include "com/foreign.h"
 #include "com/german_user.h"
 #include "com/index_kinds.h"
@@ -16,6 +17,7 @@ class Named : public foreign::Object<IDispatch> {
   explicit Named(std::function<void()> before) : before_(std::move(before)) {}
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result,
                                    EXCEPINFO*, UINT*) override {
+    const faults::OutsideCall outside;
     before_();
     result->vt = VT_BSTR;
     result->bstrVal = SysAllocString(L"name");

@@ -23,6 +23,8 @@ constexpr OtherError kOtherErrors[] = {
     {"_ZepVariant.Range get", zepErrBadCall, L"Zepkit10.ZepVariant"},
     // Whatever keeps a variable from getting its name is this error.
     {"_VarSet.Add method", zepErrBadCall, L"Zepkit10.VarSet"},
+    {"_VarSet.Item get", zepErrBadCall, L"Zepkit10.VarSet"},
+    {"_Expression.Value get", zepErrBadCall, L"Zepkit10.VarSet"},
     {"_Chart.Draw method", zepErrBadCall, L"Zepkit10.VarSet"},
     // Whatever a trial delivery ends with makes a target unusable.
     {"_DebugPrintOuts.Add method", zepErrBadCall, L"Zepkit10.DebugPrintOuts"},
