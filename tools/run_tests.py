@@ -27,8 +27,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 BUILD = ROOT / 'build'
 WINE = str(ROOT / 'tools/wine.sh')
 TIME_LIMIT = 600  # seconds for one program
-# Tests that show windows, or make calls by the thousand: with failing memory they take long.
-SLOW_TESTS = '*About*:*FileDialog*:*Monkey*'
+# Tests that show windows, or make long or many calls: with failing memory they take minutes.
+SLOW_TESTS = '*About*:*FileDialog*:*Monkey*:*Many*:*Deep*:*Depth*:*Model*:*AppendingThrough*:*LongTerms*:*EntersLinks*'
 
 
 class BuildFailed(Exception):

@@ -25,6 +25,7 @@ constexpr OtherError kOtherErrors[] = {
     {"_VarSet.Add method", zepErrBadCall, L"Zepkit10.VarSet"},
     {"_VarSet.Item get", zepErrBadCall, L"Zepkit10.VarSet"},
     {"_Expression.Value get", zepErrBadCall, L"Zepkit10.VarSet"},
+    {"_Variable.Value get", zepErrBadCall, L"Zepkit10.VarSet"},
     {"_Chart.Draw method", zepErrBadCall, L"Zepkit10.VarSet"},
     // Whatever a trial delivery ends with makes a target unusable.
     {"_DebugPrintOuts.Add method", zepErrBadCall, L"Zepkit10.DebugPrintOuts"},
