@@ -3,6 +3,7 @@
 #include <olectl.h>
 
 #include "com/both_roots.h"
+#include "com/fault_plan.h"
 
 namespace {
 
@@ -43,6 +44,7 @@ class Scripted final : public IDispatchEx {
   }
   HRESULT STDMETHODCALLTYPE InvokeEx(DISPID id, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
                                      EXCEPINFO* exception, IServiceProvider*) override {
+    const faults::OutsideCall outside;
     if (id == kCount) {
       result->vt = VT_I4;
       result->lVal = 2;
@@ -68,6 +70,7 @@ class Scripted final : public IDispatchEx {
 
  private:
   static HRESULT STDMETHODCALLTYPE FillIn(EXCEPINFO* exception) {
+    const faults::OutsideCall outside;
     exception->scode = CTL_E_DIVISIONBYZERO;
     exception->bstrSource = SysAllocString(L"Client.Script");
     exception->bstrDescription = SysAllocString(L"told late");
