@@ -77,9 +77,10 @@ AboutText::AboutText(std::u16string_view heading, const std::u16string* lines)
       has_lines_(lines != nullptr) {}
 
 std::u16string AboutText::Spoken() const {
-  std::u16string text;
-  for (const char16_t unit :
-       heading_.empty() || !has_lines_ ? heading_ + lines_ : heading_ + u'\n' + lines_) {
+  std::u16string shown = heading_, text;
+  if (!heading_.empty() && has_lines_) shown += u'\n';
+  shown += lines_;
+  for (const char16_t unit : shown) {
     if (unit == u'\n') text += u'\r';
     text += unit;
     if (text.size() > kMaxSpoken) return CutTo(kMaxSpoken, std::move(text));
