@@ -95,7 +95,9 @@ void* NewMemory() {
     }
     if (memory) return memory;
     const auto end = reinterpret_cast<std::uintptr_t>(region.BaseAddress) + region.RegionSize;
-    place = (end + kGranularity - 1) / kGranularity * kGranularity;
+    // Another thread may have been quicker in a free region.
+    place = region.State == MEM_FREE ? place + kGranularity
+                                     : (end + kGranularity - 1) / kGranularity * kGranularity;
   }
   last = 0;
   return nullptr;

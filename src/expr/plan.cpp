@@ -1,5 +1,6 @@
 #include "expr/plan.h"
 
+#include <algorithm>
 #include <new>
 #include <utility>
 
@@ -11,7 +12,11 @@ namespace zepkit10 {
 Plan::Plan(std::vector<Instruction> instructions, std::size_t value_count)
     : instructions_(std::move(instructions)),
       kept_(value_count),
-      steps_(StepsOf(instructions_, kept_)) {}
+      steps_(StepsOf(instructions_, kept_)) {
+  for (const Instruction& each : instructions_) {
+    if (each.nested) depth_ = std::max(depth_, each.nested->Depth() + 1);
+  }
+}
 
 const ExecutableCode* Plan::MakeCode() const noexcept {
   try {

@@ -41,6 +41,9 @@ class Plan {
   }
   double RunInDefaultEnvironment() const { return code_ ? code_.Run() : RunSteps(); }
 
+  /// How many plans are run inside of each other, this one counted.
+  int Depth() const { return depth_; }
+
   /// Makes machine code now. Null where the processor, the system or the plan does not allow it.
   const ExecutableCode* MakeCode() const noexcept;
 
@@ -50,7 +53,8 @@ class Plan {
   double RunSteps() const;
 
   mutable std::vector<Instruction> instructions_;  // until there is code
-  std::vector<double> kept_;                       // values put aside by the steps
+  int depth_ = 1;
+  std::vector<double> kept_;  // values put aside by the steps
   std::vector<Step> steps_;
   mutable std::uint64_t runs_ = 0;
   mutable ExecutableCode code_;

@@ -120,7 +120,8 @@ bool Planner::Describe(Operand& operand, const Term::Node& node) {
   if (operand.number) return true;
   operand.values = 1;
   if (nesting_ < kDeepestNesting) operand.nested = variable->PlanFor(nesting_ + 1, now_);
-  return operand.nested;
+  // One that was there already may have any depth.
+  return operand.nested && operand.nested->Depth() < kDeepestNesting;
 }
 
 bool Planner::IsSquare(Index index) const {

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -57,7 +58,8 @@ class Parser {
     constexpr std::size_t kUsual = 16;
     levels_.reserve(kUsual);
     operators_.reserve(kUsual);
-    nodes_.reserve(text.size() + 1);
+    constexpr std::size_t kUsualNodes = 1 << 20;  // not what a long text of brackets would take
+    nodes_.reserve(std::min(text.size() + 1, kUsualNodes));
   }
 
   std::vector<Term::Node> Parse() {

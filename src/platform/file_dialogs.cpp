@@ -8,9 +8,9 @@ namespace {
 // stays loaded, as it would with an import.
 BOOL Show(const char* function, OPENFILENAMEW* dialog) {
   const HMODULE library = LoadLibraryW(L"comdlg32.dll");
-  if (!library) return FALSE;
-  void* const address = reinterpret_cast<void*>(GetProcAddress(library, function));
-  return reinterpret_cast<FileDialogFunction*>(address)(dialog);
+  void* const address =
+      library ? reinterpret_cast<void*>(GetProcAddress(library, function)) : nullptr;
+  return address && reinterpret_cast<FileDialogFunction*>(address)(dialog);
 }
 
 BOOL WINAPI ShowOpen(OPENFILENAMEW* dialog) { return Show("GetOpenFileNameW", dialog); }

@@ -90,7 +90,7 @@ HRESULT Store(const VARIANT& value, LCID locale, VARTYPE type, void* variable) {
   const ULONG size = SizeOf(type);
   if (size == 0) return DISP_E_TYPEMISMATCH;
   Variant converted;
-  HRESULT hr = Convert(value, type, locale, converted.Out());
+  const HRESULT hr = Convert(value, type, locale, converted.Out());
   if (FAILED(hr)) return hr;
   if (type == VT_DECIMAL) {
     converted.Out()->decVal.wReserved = 0;  // shares its place with the type
@@ -100,10 +100,11 @@ HRESULT Store(const VARIANT& value, LCID locale, VARTYPE type, void* variable) {
   VARIANT old;
   old.vt = type;
   CopyMemory(&old.byref, variable, size);
-  if (FAILED(hr = VariantClear(&old))) return hr;
+  if (IsFixed(old)) return DISP_E_ARRAYISLOCKED;
+  // An object that goes with the old value may look at the variable.
   const VARIANT stored = converted.Detach();
   CopyMemory(variable, &stored.byref, size);
-  return S_OK;
+  return VariantClear(&old);
 }
 
 /// Replaces the value of a client's Variant. Script hosts only know arrays of Variants.
@@ -116,9 +117,16 @@ HRESULT Replace(VARIANT* value, LCID locale, VARIANT* variable) {
     *replacement.Out() = *value;
     value->vt = VT_EMPTY;
   }
-  // Looked at first: Wine's VariantClear loses a locked array.
-  const HRESULT hr = IsFixed(*variable) ? DISP_E_ARRAYISLOCKED : VariantClear(variable);
-  if (SUCCEEDED(hr)) *variable = replacement.Detach();
+  if (IsFixed(*variable)) return DISP_E_ARRAYISLOCKED;  // Wine's VariantClear would lose it
+  // An object that goes with the old value may look at the variable.
+  VARIANT old = *variable;
+  *variable = replacement.get();
+  const HRESULT hr = VariantClear(&old);
+  if (SUCCEEDED(hr)) {
+    replacement.Detach();
+  } else {
+    *variable = old;
+  }
   return hr;
 }
 

@@ -22,7 +22,7 @@ enum ParameterFlags : std::uint8_t {
   kWrittenBack = 16,  // by reference, and the member may change it
 };
 
-inline constexpr VARTYPE kNoType = VT_ILLEGAL;
+inline constexpr std::uint32_t kNoType = 0x10000;  // that of no value
 
 struct Parameter {
   const wchar_t* name;
@@ -31,7 +31,8 @@ struct Parameter {
   const IID* iid;  // the interface of an object parameter, otherwise null
   DefaultValue default_value;
   // The type of an argument that is passed as it stands; kNoType where none is.
-  VARTYPE bound_type = (flags & kByReference) || iid || type == VT_VARIANT ? kNoType : type;
+  std::uint32_t bound_type =
+      (flags & kByReference) || iid || type == VT_VARIANT ? kNoType : std::uint32_t{type};
 };
 
 /// Calls one vtable slot with bound arguments, last first as clients pass them: values of the types

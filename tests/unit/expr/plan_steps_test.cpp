@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <deque>
 #include <limits>
 #include <new>
 
@@ -74,6 +75,34 @@ TEST(Planner, WithoutMemoryTermsAreEvaluatedWithoutAPlan) {
   root.term = ParseTerm(u"x+1", naive::EnglishNumbers());
   root.expressions = &set;
   for (int i = 0; i < 3; ++i) EXPECT_EQ(4, Evaluate(root));
+}
+
+/// x+1, where x is another one.
+class Link final : public TestExpression {
+ public:
+  Evaluable& VariableNamed(char16_t) override { return *next; }
+  Evaluable* FindVariable(char16_t) override { return next; }
+  Evaluable* next = nullptr;
+};
+
+TEST(Planner, PlansAreNotNestedDeeplyWhateverIsPlannedFirst) {
+  constexpr int kLinks = 200, kDeepest = 16;
+  TestExpression end;
+  end.term.SetNumber(0);
+  std::deque<Link> links(kLinks);
+  MeaningChanged();
+  int planned = 0;
+  for (int i = 0; i < kLinks; ++i) {
+    Link& link = links[i];
+    link.term = ParseTerm(u"x+1", naive::EnglishNumbers());
+    link.next = i == 0 ? &end : static_cast<Evaluable*>(&links[i - 1]);
+    for (int again = 0; again < 3; ++again) EXPECT_EQ(i + 1, Evaluate(link));
+    const Plan* plan = link.PlanFor(0, meaning);
+    if (!plan) continue;
+    ++planned;
+    EXPECT_LE(plan->Depth(), kDeepest);
+  }
+  EXPECT_GE(planned, kDeepest);
 }
 
 TEST(Planner, LongChainsOfVariablesAreEvaluatedWithoutAPlan) {
