@@ -97,7 +97,9 @@ TEST(PlanProperty, EveryResultAndFaultIsThatOfTheRules) {
   }
   EXPECT_GT(values, 10'000);
   EXPECT_GT(faults, 10'000);
-  if (sizeof(void*) == 8) EXPECT_GT(codes, 2000);  // there is no code for 32 bits
+  if (sizeof(void*) == 8) {  // there is no code for 32 bits
+    EXPECT_GT(codes, 2000);
+  }
 }
 
 }  // namespace
