@@ -6,7 +6,7 @@
 
 #include "frame/errors.h"
 #include "platform/automation/translate.h"
-#include "platform/automation/value_size.h"
+#include "platform/automation/typed_value.h"
 
 namespace zepkit10 {
 namespace {

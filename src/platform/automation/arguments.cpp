@@ -2,6 +2,7 @@
 
 #include "expr/float_environment.h"
 #include "platform/automation/array_conversion.h"
+#include "platform/automation/typed_value.h"
 #include "platform/automation/variant.h"
 
 namespace zepkit10 {
@@ -54,56 +55,16 @@ HRESULT Convert(const VARIANT& from, VARTYPE type, LCID locale, VARIANT* to) {
   return VariantChangeTypeEx(to, const_cast<VARIANT*>(&from), locale, 0, type);
 }
 
-/// How many bytes a variable of a type takes; 0 for a type that no typed variable has.
-ULONG SizeOf(VARTYPE type) {
-  if ((type & VT_ARRAY) || type == VT_BSTR || IsObjectType(type)) return sizeof(void*);
-  switch (type) {
-    case VT_I1:
-    case VT_UI1:
-      return 1;
-    case VT_I2:
-    case VT_UI2:
-    case VT_BOOL:
-      return 2;
-    case VT_I4:
-    case VT_UI4:
-    case VT_INT:
-    case VT_UINT:
-    case VT_R4:
-    case VT_ERROR:
-      return 4;
-    case VT_I8:
-    case VT_UI8:
-    case VT_R8:
-    case VT_CY:
-    case VT_DATE:
-      return 8;
-    case VT_DECIMAL:
-      return sizeof(DECIMAL);
-    default:
-      return 0;
-  }
-}
-
 /// Replaces the value of a client's typed variable by another one, converted.
 HRESULT Store(const VARIANT& value, LCID locale, VARTYPE type, void* variable) {
-  const ULONG size = SizeOf(type);
-  if (size == 0) return DISP_E_TYPEMISMATCH;
+  if (SizeOfValue(type) == 0) return DISP_E_TYPEMISMATCH;
   Variant converted;
   const HRESULT hr = Convert(value, type, locale, converted.Out());
   if (FAILED(hr)) return hr;
-  if (type == VT_DECIMAL) {
-    converted.Out()->decVal.wReserved = 0;  // shares its place with the type
-    CopyMemory(variable, &converted.get().decVal, size);
-    return S_OK;
-  }
-  VARIANT old;
-  old.vt = type;
-  CopyMemory(&old.byref, variable, size);
+  VARIANT old = ReadValue(type, variable);
   if (IsFixed(old)) return DISP_E_ARRAYISLOCKED;
   // An object that goes with the old value may look at the variable.
-  const VARIANT stored = converted.Detach();
-  CopyMemory(variable, &stored.byref, size);
+  WriteValue(converted.Detach(), type, variable);
   return VariantClear(&old);
 }
 

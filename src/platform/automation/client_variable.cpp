@@ -2,7 +2,7 @@
 
 #include "frame/errors.h"
 #include "platform/automation/translate.h"
-#include "platform/automation/value_size.h"
+#include "platform/automation/typed_value.h"
 
 namespace zepkit10 {
 
@@ -54,25 +54,14 @@ Variant ClientVariable::Fit(Variant value) const {
 }
 
 VARIANT ClientVariable::Take() const {
-  if (!IsTyped()) return *variant_;
-  VARIANT value{};
-  if (Type() == VT_DECIMAL) {
-    value.decVal = *variant_->pdecVal;
-  } else {
-    CopyMemory(&value.byref, variant_->byref, SizeOfValue(Type()));
-  }
-  value.vt = Type();  // a Decimal's unused part shares its place
-  return value;
+  return IsTyped() ? ReadValue(Type(), variant_->byref) : *variant_;
 }
 
 void ClientVariable::Put(VARIANT value) const {
-  if (!IsTyped()) {
-    *variant_ = value;
-  } else if (Type() == VT_DECIMAL) {
-    value.decVal.wReserved = 0;
-    *variant_->pdecVal = value.decVal;
+  if (IsTyped()) {
+    WriteValue(value, Type(), variant_->byref);
   } else {
-    CopyMemory(variant_->byref, &value.byref, SizeOfValue(Type()));
+    *variant_ = value;
   }
 }
 
