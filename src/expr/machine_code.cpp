@@ -3,13 +3,11 @@
 // operation needs in between. Functions that are called may change all of them.
 #include "expr/machine_code.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <initializer_list>
 #include <iterator>
-#include <utility>
 
 #include "expr/plan.h"
 #include "expr/plan_functions.h"
@@ -29,7 +27,7 @@ constexpr bool kIsX64 = false;
 
 using Register = std::uint8_t;
 constexpr Register kMostValues = 4, kOther = 4, kSpare = 5;
-constexpr std::size_t kMostBytes = 3500;  // with what the system is told of the code, a page
+constexpr std::size_t kMostBytes = 3400;  // with what stands around them, a page
 // Behind what called functions may use on Windows.
 constexpr std::uint8_t kSlots = 0x20;
 
@@ -68,19 +66,9 @@ constexpr std::uint8_t kCheck[] = {0x0F, 0x28, 0x2D, 0xB9, 0xFF, 0xFF, 0xFF,  //
                                    0x83, 0xF8, 0x0F,  // cmp eax, 15
                                    0x75, 0xD2};       // jne no_value
 
-bool Calls(const Instruction& instruction) {
-  switch (instruction.kind) {
-    case Kind::kRunNested:
-      return true;
-    case Kind::kApply:
-      return instruction.function != zepMOAmount && instruction.function != zepMOSqr;
-    case Kind::kJoin:
-    case Kind::kJoinValues:
-      return instruction.joint == kRaise || instruction.joint == kRaiseInto;
-    default:
-      return false;
-  }
-}
+constexpr std::uint8_t kEnter[] = {0x48, 0x83, 0xEC, MachineCode::kFrameBytes};  // sub rsp, …
+constexpr std::uint8_t kLeave[] = {0x48, 0x83, 0xC4, MachineCode::kFrameBytes};  // add rsp, …
+constexpr std::uint8_t kReturn[] = {0xC3};
 
 class Assembler {
  public:
@@ -131,25 +119,25 @@ class Assembler {
     Bytes({0xF2, 0x0F, operation, static_cast<std::uint8_t>(0x44 | value << 3), 0x24, place});
   }
 
-  std::vector<std::uint8_t> code_;
+  std::vector<std::uint8_t> code_;  // of the instructions
+  bool calls_ = false;
   Register values_ = 0;
   std::uint64_t rax_ = 0;  // what the register holds, 0 where that is not known
 };
 
 MachineCode Assembler::Assemble(std::span<const Instruction> instructions) {
-  const bool calls = std::any_of(instructions.begin(), instructions.end(), Calls);
-  code_.assign(std::begin(kPreamble), std::end(kPreamble));
-  if (calls) {
-    Bytes({0x48, 0x83, 0xEC, MachineCode::kFrameBytes});  // sub rsp, …
-  } else {
-    code_.insert(code_.end(), std::begin(kCheck), std::end(kCheck));
-  }
   for (const Instruction& each : instructions) {
     if (!Append(each) || code_.size() > kMostBytes) return {};
   }
-  if (calls) Bytes({0x48, 0x83, 0xC4, MachineCode::kFrameBytes});  // add rsp, …
-  Bytes({0xC3});                                                   // ret
-  return {std::move(code_), calls};
+  MachineCode made{{std::begin(kPreamble), std::end(kPreamble)}, calls_};
+  const auto append = [&made](const auto& bytes) {
+    made.bytes.insert(made.bytes.end(), std::begin(bytes), std::end(bytes));
+  };
+  calls_ ? append(kEnter) : append(kCheck);
+  append(code_);
+  if (calls_) append(kLeave);
+  append(kReturn);
+  return made;
 }
 
 /// False where there is no code for it.
@@ -250,6 +238,7 @@ void Assembler::Call(const void* function, std::initializer_list<Register> argum
   if (arguments.size() == 2) Do(kCopy, 1, kSpare);
   MoveToRax(reinterpret_cast<std::uintptr_t>(function));
   Bytes({0xFF, 0xD0});  // call rax
+  calls_ = true;
   rax_ = 0;
   Do(kCopy, result, 0);
   for (Register value = 0; value < result; ++value) DoWithSlot(kMove, value);
