@@ -31,7 +31,7 @@ EXCEPTION_DISPOSITION OnTrap(EXCEPTION_RECORD* exception, void*, CONTEXT* contex
 /// A page of code, and what the system has to know of it: see "x64 exception handling" in the
 /// documentation of the platform's calling convention.
 struct Page {
-  explicit Page(const MachineCode& made) : has_frame(made.has_frame) {
+  explicit Page(const MachineCode& made) : description(Describe(made.has_frame)) {
     std::copy(made.bytes.begin(), made.bytes.end(), code);
   }
 
@@ -39,7 +39,7 @@ struct Page {
     return reinterpret_cast<Page*>(reinterpret_cast<std::uintptr_t>(place) & ~(kPageSize - 1));
   }
   double (*Function())() { return reinterpret_cast<double (*)()>(code + MachineCode::kEntry); }
-  RUNTIME_FUNCTION Describe() const {
+  RUNTIME_FUNCTION Describe(bool has_frame) const {
     const void* unwind = has_frame ? static_cast<const void*>(&frame) : &handler;
     return {DistanceOf(code + MachineCode::kEntry), DistanceOf(this + 1), {DistanceOf(unwind)}};
   }
@@ -61,8 +61,7 @@ struct Page {
     std::uint8_t version = UNW_FLAG_EHANDLER << 3 | 1, none[3]{};
     DWORD handler = DistanceOf(reinterpret_cast<const void*>(OnTrap));
   } handler;
-  const bool has_frame;
-  RUNTIME_FUNCTION description = Describe();
+  RUNTIME_FUNCTION description;
   alignas(64) std::uint8_t code[kPageSize - 64];
 };
 static_assert(sizeof(Page) == kPageSize);
