@@ -102,10 +102,9 @@ struct Ratios {
 // Measured in rounds that take turns, so that the ratio says more than this machine's speed.
 void Evaluate(benchmark::State& state, const BenchTerm& term) {
   Root root(term.text);
-  const zepkit10::DefaultFloatEnvironment environment;
   const auto ours = [&](double x) {
     root.SetX(x);
-    return zepkit10::Evaluate(root, environment);
+    return zepkit10::Evaluate(root);
   };
   mu::Parser parser;
   double mu_x = kX, mu_y = kY;

@@ -37,7 +37,6 @@ class Evaluable {
  private:
   friend class Evaluation;
   friend double Evaluate(Evaluable& root);
-  friend double Evaluate(Evaluable& root, const DefaultFloatEnvironment& environment);
 
   const Plan* PlanWorthHaving();
   double EvaluateInOrder();
@@ -61,16 +60,6 @@ inline void MeaningChanged() noexcept { meaning.fetch_add(1, std::memory_order_r
 inline double Evaluate(Evaluable& root) {
   if (const Plan* plan = root.PlanWorthHaving()) {
     const double value = plan->Run();
-    if (IsFinite(value)) [[likely]]
-      return value;
-  }
-  return root.EvaluateInOrder();
-}
-
-/// The same where the environment is the default one already.
-inline double Evaluate(Evaluable& root, const DefaultFloatEnvironment&) {
-  if (const Plan* plan = root.PlanWorthHaving()) {
-    const double value = plan->RunInDefaultEnvironment();
     if (IsFinite(value)) [[likely]]
       return value;
   }
