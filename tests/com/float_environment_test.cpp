@@ -23,6 +23,17 @@ class FloatEnvironmentTest : public component::Test {
     SysFreeString(text);
     return value;
   }
+
+  static ComPtr<_VarSet> AddVariables(_Global& zepkit) {
+    ComPtr<_VarSets> sets;
+    ComPtr<_VarSet> variables;
+    VARIANT unnamed{};
+    unnamed.vt = VT_ERROR;
+    unnamed.scode = DISP_E_PARAMNOTFOUND;
+    zepkit.get_VarSets(&sets);
+    EXPECT_EQ(S_OK, sets->Add(&unnamed, &variables));
+    return variables;
+  }
 };
 
 TEST_F(FloatEnvironmentTest, FaultsAreErrorsAsEverywhere) {
@@ -42,14 +53,9 @@ TEST_F(FloatEnvironmentTest, ResultsAreThoseOfTheDefault) {
 /// What is evaluated often is evaluated another way.
 TEST_F(FloatEnvironmentTest, ManyEvaluationsAreAllThoseOfTheDefault) {
   const auto zepkit = component::Create<_Global>(CLSID_Global);
-  ComPtr<_VarSets> sets;
-  ComPtr<_VarSet> variables;
+  const ComPtr<_VarSet> variables = AddVariables(*zepkit.Get());
+  ASSERT_TRUE(variables);
   ComPtr<_Variable> x;
-  VARIANT unnamed{};
-  unnamed.vt = VT_ERROR;
-  unnamed.scode = DISP_E_PARAMNOTFOUND;
-  zepkit->get_VarSets(&sets);
-  ASSERT_EQ(S_OK, sets->Add(&unnamed, &variables));
   const BSTR name = SysAllocString(L"x"), text = SysAllocString(L"1/x+0.1");
   ASSERT_EQ(S_OK, variables->Add(name, &x));
   const auto expression = component::Create<_Expression>(CLSID_Expression);
@@ -77,17 +83,12 @@ TEST_F(FloatEnvironmentTest, ChartsTakeAnyNumber) {
   const auto zepkit = component::Create<_Global>(CLSID_Global);
   ComPtr<_Charts> charts;
   ComPtr<_Chart> chart;
-  ComPtr<_VarSets> sets;
-  ComPtr<_VarSet> variables;
+  const ComPtr<_VarSet> variables = AddVariables(*zepkit.Get());
+  ASSERT_TRUE(variables);
   ComPtr<_FncInfos> functions;
   ComPtr<_FncInfo> function;
-  VARIANT unnamed{};
-  unnamed.vt = VT_ERROR;
-  unnamed.scode = DISP_E_PARAMNOTFOUND;
   zepkit->get_Charts(&charts);
-  zepkit->get_VarSets(&sets);
   ASSERT_EQ(S_OK, charts->Add(nullptr, &chart));
-  ASSERT_EQ(S_OK, sets->Add(&unnamed, &variables));
   chart->putref_VarSet(variables.Get());
   chart->get_FncInfos(&functions);
   ASSERT_EQ(S_OK, functions->Add(nullptr, &function));

@@ -4,33 +4,20 @@
 
 #include "com/both_roots.h"
 #include "com/fault_plan.h"
+#include "com/foreign.h"
 
 namespace {
 
 using client::Value;
 
 /// Items "one" and "two". IDispatch knows no names and calls nothing.
-class Scripted final : public IDispatchEx {
+class Scripted final : public foreign::Object<IDispatchEx> {
  public:
   static constexpr DISPID kCount = 21, kItem = 22;
 
   /// Raised by Item, to be filled in when the error is read.
   bool fails = false;
-  ULONG references = 1;
 
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** result) override {
-    const bool known = iid == IID_IUnknown || iid == IID_IDispatch || iid == __uuidof(IDispatchEx);
-    *result = known ? this : nullptr;
-    if (known) ++references;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references; }
-  ULONG STDMETHODCALLTYPE Release() override { return --references; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override {
-    return E_NOTIMPL;
-  }
   HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*,
                                    UINT*) override {
     ADD_FAILURE() << "called through IDispatch";

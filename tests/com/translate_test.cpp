@@ -2,6 +2,7 @@
 #include "platform/automation/translate.h"
 
 #include "com/import_hook.h"
+#include "com/number_raised.h"
 #include "com/probe/probe_test.h"
 #include "frame/errors.h"
 
@@ -41,18 +42,6 @@ constexpr Number kNumbers[] = {
 TEST(TranslateTest, NumbersAreThoseThatHostsShow) {
   for (const Number& number : kNumbers)
     EXPECT_EQ(number.of_client, FromHresult(number.of_platform));
-}
-
-template <class Body>
-std::int32_t NumberRaisedBy(Body body) {
-  try {
-    body();
-    return 0;
-  } catch (const Failure& failure) {
-    EXPECT_EQ(u"", failure.source);
-    EXPECT_EQ(u"", failure.description);
-    return failure.number;
-  }
 }
 
 TEST(TranslateTest, RefusalsOfThePlatformAreRaisedByTheirNumber) {

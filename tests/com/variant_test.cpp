@@ -3,6 +3,7 @@
 
 #include "com/component.h"
 #include "com/foreign.h"
+#include "com/number_raised.h"
 #include "frame/errors.h"
 
 namespace zepkit10 {
@@ -20,17 +21,6 @@ class Loop {
  private:
   VARIANT value_;
 };
-
-/// The number of the error that something raises, 0 where it raises none.
-template <class Body>
-std::int32_t NumberRaisedBy(Body body) {
-  try {
-    body();
-    return 0;
-  } catch (const Failure& failure) {
-    return failure.number;
-  }
-}
 
 TEST(VariantTest, NothingIsReadFromAValueThatLeadsNowhere) {
   const Loop loop;
