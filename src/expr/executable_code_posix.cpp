@@ -1,4 +1,5 @@
-// For the logic on its own, as its tests run it. Trapped faults would end the process.
+// For the logic on its own, as its tests and benchmarks run it. Nothing handles trapped faults
+// here: they end the process.
 #include <sys/mman.h>
 
 #include <algorithm>
@@ -23,7 +24,7 @@ void* NewPage() {
 
 }  // namespace
 
-ExecutableCode::ExecutableCode(const MachineCode& code) noexcept {
+ExecutableCode::ExecutableCode(const MachineCode& code) noexcept : runs_anywhere_(!code.has_frame) {
   if (code.bytes.empty() || code.bytes.size() > kPageSize) return;
   void* page = NewPage();
   if (!page) return;
