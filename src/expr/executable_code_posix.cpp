@@ -1,6 +1,8 @@
-// For the logic on its own, as its tests and benchmarks run it. Nothing handles trapped faults
-// here: they end the process.
+// For the logic on its own, as its tests and benchmarks run it.
+#include <dlfcn.h>
+#include <signal.h>
 #include <sys/mman.h>
+#include <ucontext.h>
 
 #include <algorithm>
 #include <atomic>
@@ -22,11 +24,30 @@ void* NewPage() {
   return page == MAP_FAILED ? nullptr : page;
 }
 
+/// Where floating-point faults are trapped, code goes on at its way out.
+void OnTrap(int, siginfo_t*, void* context) {
+  greg_t& place = static_cast<ucontext_t*>(context)->uc_mcontext.gregs[REG_RIP];
+  Dl_info module;
+  if (dladdr(reinterpret_cast<void*>(place), &module)) {
+    signal(SIGFPE, SIG_DFL);  // of the program, whose fault it is
+  } else {
+    place = place / kPageSize * kPageSize + MachineCode::kNoValue;
+  }
+}
+
+bool HandleTraps() {
+  struct sigaction action {};
+  action.sa_sigaction = OnTrap;
+  action.sa_flags = SA_SIGINFO;
+  return sigaction(SIGFPE, &action, nullptr) == 0;
+}
+
 }  // namespace
 
 ExecutableCode::ExecutableCode(const MachineCode& code) noexcept : runs_anywhere_(!code.has_frame) {
   if (code.bytes.empty() || code.bytes.size() > kPageSize) return;
-  void* page = NewPage();
+  static const bool handles_traps = HandleTraps();
+  void* page = handles_traps ? NewPage() : nullptr;
   if (!page) return;
   std::copy(code.bytes.begin(), code.bytes.end(), static_cast<std::uint8_t*>(page));
   if (mprotect(page, kPageSize, PROT_READ | PROT_EXEC) == 0) {
