@@ -132,8 +132,7 @@ void RegistrationCheck::CheckFile(const std::wstring& path) {
 }
 
 void RegistrationCheck::CheckTypeLibrary() {
-  const std::wstring key = L"TypeLib\\" + expected_.guid + L"\\" + expected_.Version() + L"\\0\\" +
-                           (kIs64Bit ? L"win64" : L"win32");
+  const std::wstring key = expected_.Key() + L"\\0\\" + (kIs64Bit ? L"win64" : L"win32");
   const auto path = ReadClasses(place_, key);
   if (!path) {
     Fault(L"The type library is not registered.");

@@ -8,13 +8,17 @@ std::optional<std::wstring> ReadClasses(const Place& place, const std::wstring& 
   const REGSAM view = place.is_64_bit ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
   const std::wstring path = L"Software\\Classes\\" + key;
   if (RegOpenKeyExW(place.root, path.c_str(), 0, KEY_READ | view, &opened)) return std::nullopt;
-  wchar_t text[1024];
-  DWORD size = sizeof text;
-  // Environment variables in the text are expanded.
-  const LSTATUS status = RegGetValueW(opened, nullptr, name, RRF_RT_REG_SZ, nullptr, text, &size);
+  std::wstring text(256, L'\0');
+  LSTATUS status;
+  do {
+    text.resize(2 * text.size());
+    auto size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+    // Environment variables in the text are expanded.
+    status = RegGetValueW(opened, nullptr, name, RRF_RT_REG_SZ, nullptr, text.data(), &size);
+  } while (status == ERROR_MORE_DATA);
   RegCloseKey(opened);
   if (status) return std::nullopt;
-  return std::wstring(text);
+  return text.c_str();
 }
 
 }  // namespace zepcheck

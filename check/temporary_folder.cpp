@@ -26,9 +26,18 @@ void Remove(const std::wstring& folder) {
 TemporaryFolder::TemporaryFolder() {
   wchar_t parent[MAX_PATH + 1];
   if (!GetTempPathW(MAX_PATH + 1, parent)) return;
-  const std::wstring path =
+  const std::wstring stem =
       std::wstring(parent) + L"zepcheck " + std::to_wstring(GetCurrentProcessId());
-  if (CreateDirectoryW(path.c_str(), nullptr)) path_ = path;
+  // A folder of this name may be left from a process of the same number that was ended.
+  constexpr int kMostTries = 1000;
+  for (int i = 1; i <= kMostTries; ++i) {
+    const std::wstring path = stem + L" " + std::to_wstring(i);
+    if (CreateDirectoryW(path.c_str(), nullptr)) {
+      path_ = path;
+      return;
+    }
+    if (GetLastError() != ERROR_ALREADY_EXISTS) return;
+  }
 }
 
 TemporaryFolder::~TemporaryFolder() {

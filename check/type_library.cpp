@@ -32,7 +32,16 @@ void AppendIfCreatable(ITypeInfo& type, std::vector<ClassOfLibrary>& classes) {
   type.ReleaseTypeAttr(attributes);
 }
 
+std::wstring HexText(int number) {
+  wchar_t text[9];
+  return _itow(number, text, 16);
+}
+
 }  // namespace
+
+std::wstring TypeLibrary::Key() const {
+  return L"TypeLib\\" + guid + L"\\" + HexText(major) + L"." + HexText(minor);
+}
 
 std::optional<TypeLibrary> ReadTypeLibrary(const std::wstring& path) {
   ComPtr<ITypeLib> library;

@@ -20,7 +20,10 @@ struct TypeLibrary {
   int minor = 0;
   std::vector<ClassOfLibrary> classes;
 
+  /// "1.10"
   std::wstring Version() const { return std::to_wstring(major) + L"." + std::to_wstring(minor); }
+  /// Where it is registered, "TypeLib\\{683B888E-…}\\1.a": its version is hexadecimal there.
+  std::wstring Key() const;
   /// "Zepkit10.Counter"
   std::wstring ProgId(const ClassOfLibrary& described) const {
     return L"Zepkit10." + described.name;

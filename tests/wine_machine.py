@@ -1,6 +1,8 @@
 """The Windows on which tests in Python run programs and look at the registry."""
 import os
 import pathlib
+import re
+import struct
 import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parents[1]
@@ -39,7 +41,7 @@ def registry():
     """Every lasting key of the machine's and the user's registry, in lower case, with its values."""
     keys = {}
     for root in ('HKLM', 'HKCU'):
-        file = ROOT / f'build/{root}-{PRESET}.reg'
+        file = ROOT / f'build/{root}-{USER}.reg'
         wine('reg', 'export', root, f'Z:{file}', '/y')
         for block in file.read_text(encoding='utf-16').split('\n\n'):
             lines = block.strip().splitlines()
@@ -54,6 +56,15 @@ def changes(before, after):
     return {key: (before.get(key), after.get(key)) for key in {*before, *after} if before.get(key) != after.get(key)}
 
 
+# Where Windows keeps account of what is installed.
+ACCOUNTS = re.compile(r'\\(software\\classes\\installer|currentversion\\(installer|uninstall))\\')
+
+
+def of_component(keys):
+    """The keys that an installer writes for the component: without the accounts of Windows."""
+    return {key: lines for key, lines in keys.items() if not ACCOUNTS.search(key + '\\')}
+
+
 def for_all_users(changed):
     """The keys among changed ones that concern more than the current user. A 64-bit Wine 8 writes the interfaces
     of 32-bit programs for all, whoever they are registered for."""
@@ -66,3 +77,10 @@ def value(keys, key, name='@'):
     name = name if name == '@' else f'"{name}"'
     values = dict(line.split('=', 1) for line in keys[key.lower()] if '=' in line)
     return values[name].strip('"').replace('\\\\', '\\')
+
+
+def with_library_version(content, major, minor):
+    """A program or DLL, as if its type library had another version."""
+    found = bytearray(content)
+    struct.pack_into('<HH', found, found.index(b'MSFT\x02\x00\x01\x00') + 24, major, minor)
+    return bytes(found)

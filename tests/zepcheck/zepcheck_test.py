@@ -1,12 +1,14 @@
 """zepcheck on machines in good and bad order: what it says, and how it ends."""
 import pathlib
 import re
+import shutil
 import struct
 import tempfile
 import unittest
 
 from package.product import Product
-from wine_machine import DLL, DRIVE_C, PLATFORM, PRESET, ROOT, changes, registry, run, wine
+from wine_machine import (DLL, DRIVE_C, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, changes, registry, run, value, wine,
+                          with_library_version)
 
 PRODUCT = Product()
 PROGRAM = ROOT / f'build/{PRESET}/zepcheck.exe'
@@ -75,6 +77,41 @@ class ZepcheckTest(unittest.TestCase):
         self.assertRegex(for_all, rf'\n  type library +1\.0, {re.escape(windows_path(DLL))}$')
         self.assertRegex(output, rf'\nRegistered for you alone\n  nothing +for {OWN} programs\n')
 
+    def test_finds_a_type_library_of_a_version_with_two_digits(self):
+        with tempfile.TemporaryDirectory() as folder:
+            dll, program = (pathlib.Path(folder) / path.name for path in (DLL, PROGRAM))
+            for path in (DLL, PROGRAM):
+                (pathlib.Path(folder) / path.name).write_bytes(with_library_version(path.read_bytes(), 10, 27))
+            before = registry()
+            wine('regsvr32', '/s', dll)
+            path = value(registry(), rf'{LOCAL_CLASSES}\TypeLib\{PRODUCT.library.guid}\a.1b\0\{PLATFORM}')
+            self.assertEqual(windows_path(dll), path)
+            output, code = run(program)
+            wine('regsvr32', '/s', '/u', dll)
+        self.assertEqual(0, code, output)
+        self.assertRegex(output, rf'\n  type library +10\.27, {re.escape(windows_path(dll))}\n')
+        self.assertIn('Zepkit10.Counter.10,', output)
+        self.assertEqual({}, changes(before, registry()))
+
+    def test_leaves_folders_of_others_alone(self):
+        wine('regsvr32', '/s', DLL)
+        # Whatever number the process has, there is a folder of its name, with a file.
+        temporary = [path for path in (DRIVE_C / 'users').rglob('Temp') if path.is_dir()]
+        files = [folder / f'zepcheck {number} 1/kept.txt' for folder in temporary for number in range(4, 4000, 4)]
+        self.assertTrue(files)
+        for file in files:
+            file.parent.mkdir()
+            file.write_text('kept', encoding='ascii')
+        try:
+            output, _, code = self.check()
+            self.assertEqual(0, code, output)
+            self.assert_self_test_passes(output)
+            self.assertEqual([], [file for file in files if file.read_text(encoding='ascii') != 'kept'])
+            self.assertEqual(len(files), sum(len(list(folder.glob('zepcheck *'))) for folder in temporary))
+        finally:
+            for file in files:
+                shutil.rmtree(file.parent, ignore_errors=True)
+
     def test_says_that_it_is_not_registered(self):
         faults = self.assert_faults(
             f'Zepkit10 is not registered for {OWN} programs, neither for all users nor for you alone.')
@@ -131,6 +168,13 @@ class ZepcheckTest(unittest.TestCase):
         self.assertIn('These classes are not registered: List.', faults)
         self.assertIn(rf'The value CLSID\{COUNTER.guid}\ProgID is "Zepkit10.List.1" instead of "Zepkit10.Counter.1".',
                       faults)
+
+    def test_tells_a_text_of_any_length(self):
+        wine('regsvr32', '/s', DLL)
+        text = ''.join(f'{number:05}' for number in range(1000))
+        key = rf'CLSID\{COUNTER.guid}\VersionIndependentProgID'
+        write(rf'{CLASSES}\{key}', text)
+        self.assert_faults(f'The value {key} is "{text}" instead of "Zepkit10.Counter".')
 
     def test_says_that_only_the_user_finds_it(self):
         wine('regsvr32', '/s', '/n', '/i:user', DLL)
