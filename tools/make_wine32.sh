@@ -1,11 +1,28 @@
 #!/usr/bin/env bash
-# Unpacks a 32-bit Wine into build/wine32, once. Debian's package of it cannot be installed beside
-# the 64-bit one, and this one needs no change to the machine but a 32-bit C library.
+# Unpacks a 32-bit Wine into build/wine32, once, and joins it with the machine's 64-bit one in
+# build/wine-both. Debian's package of it cannot be installed beside the 64-bit one, and this one needs no
+# change to the machine but a 32-bit C library.
 set -eu
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 root=$PWD/build/wine32
-[ ! -e "$root/ready" ] || exit 0
+
+# Wine looks for the rest of itself, of either bitness, beside the program that was started.
+join() {
+  local both=$PWD/build/wine-both
+  rm -rf "$both" "$both.new"
+  mkdir -p "$both.new/usr/lib/wine"
+  cp "$root/usr/lib/wine/wine" /usr/lib/wine/wine64 "$both.new/usr/lib/wine/"
+  cp /usr/lib/wine/wineserver64 "$both.new/usr/lib/wine/wineserver"
+  ln -s "$root/usr/lib/i386-linux-gnu" /usr/lib/x86_64-linux-gnu "$both.new/usr/lib/"
+  ln -s /usr/share "$both.new/usr/share"
+  mv "$both.new" "$both"
+}
+
+if [ -e "$root/ready" ]; then
+  [ -e build/wine-both ] || join
+  exit 0
+fi
 echo "Unpacking a 32-bit Wine into $root (100 MB to fetch)"
 rm -rf "$root" "$root.packages"
 mkdir -p "$root" "$root.packages/lists/partial"
@@ -35,4 +52,5 @@ if ! unpack < /dev/null > "$root.log" 2>&1; then
   exit 1
 fi
 rm -rf "$root.packages"
+join
 touch "$root/ready"

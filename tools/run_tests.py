@@ -3,8 +3,8 @@
 
     run_tests.py [SUITE…] [--x86] [--gtest_filter=PATTERN]
 
-Without a SUITE every one runs. Those whose name ends in -x86 need a 32-bit Wine and are left out, and
-the run says so, where there is none; with --x86 they are the ones that run, and must. The last line
+Without a SUITE every one runs. Those whose name ends in -x86, and both-bitnesses, need a 32-bit Wine and are
+left out, and the run says so, where there is none; with --x86 they are the ones that run, and must. The last line
 counts: N passed, N failed.
 """
 import argparse
@@ -295,6 +295,12 @@ def package(windows):
     return suite
 
 
+def both_bitnesses(run):
+    """Installed side by side on a 64-bit Windows, and removed one after the other."""
+    run.package()
+    return run.unittests('tests/both_bitnesses', WINE_USER='english-both')
+
+
 def suites_on(preset):
     """Tests whose name says German need a German user."""
     english, german = Windows(preset), Windows(preset, 'german')
@@ -317,7 +323,7 @@ def suites_on(preset):
     }
 
 
-X86_SUITES = {f'{name}-x86': suite for name, suite in suites_on('x86').items()}
+X86_SUITES = {**{f'{name}-x86': suite for name, suite in suites_on('x86').items()}, 'both-bitnesses': both_bitnesses}
 SUITES = {
     'format': formatting,
     'tools': tools,

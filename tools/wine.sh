@@ -3,8 +3,9 @@
 #     tools/wine.sh USER PROGRAM [ARGUMENT…]
 # USER is the user's language, `english` or `german`: Wine takes locale, code pages and language of
 # texts from it. Each has a prefix of its own, build/wine/USER, made when it is first used, because
-# every process there writes the locale into it. `english-x86` and `german-x86` have 32-bit machines,
-# which tools/make_wine32.sh provides. Passes output and exit code of the program through.
+# every process there writes the locale into it. `english-x86` and `german-x86` have 32-bit machines, and
+# the 64-bit machine of `english-both` runs 32-bit programs, too (those in C:\windows\syswow64 are some);
+# tools/make_wine32.sh provides them. Passes output and exit code of the program through.
 # WINE_TIMEOUT (seconds, 0 for none, 300 if not set) limits the run; past it the exit code is 124.
 set -u
 
@@ -12,16 +13,25 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 user=$1
 shift
 case $user in
-  english | english-x86) locale=C.UTF-8 ;;
+  english | english-x86 | english-both) locale=C.UTF-8 ;;
   german | german-x86) locale=de_DE.UTF-8 ;;  # the locale itself need not be installed
-  *) echo "tools/wine.sh: the user is english, german, english-x86 or german-x86, not '$user'" >&2; exit 2 ;;
+  *) echo "tools/wine.sh: the user is english, german, english-x86, german-x86 or english-both, not '$user'" >&2; exit 2 ;;
 esac
 wine=wine wineserver=wineserver
-if [ "${user%-x86}" != "$user" ]; then
-  wine=$root/build/wine32/usr/lib/wine/wine
-  wineserver=${wine}server32
-  [ -e "$root/build/wine32/ready" ] || { echo "There is no 32-bit Wine; tools/make_wine32.sh makes it" >&2; exit 1; }
-  export WINEARCH=win32 WINESERVER=$wineserver
+case $user in
+  *-x86)
+    wine=$root/build/wine32/usr/lib/wine/wine
+    wineserver=${wine}server32
+    export WINEARCH=win32 WINESERVER=$wineserver
+    ;;
+  *-both)
+    wine=$root/build/wine-both/usr/lib/wine/wine64
+    wineserver=${wine%64}server
+    ;;
+esac
+if [ "$wine" != wine ]; then
+  [ -e "$root/build/wine32/ready" ] && [ -e "$wine" ] ||
+    { echo "There is no 32-bit Wine; tools/make_wine32.sh makes it" >&2; exit 1; }
   export LD_LIBRARY_PATH=$root/build/wine32/usr/lib/i386-linux-gnu
 fi
 export WINEPREFIX=$root/build/wine/$user

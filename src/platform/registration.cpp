@@ -44,6 +44,10 @@ std::wstring ClassKeyOf(const ClassDescription& description) {
   return kClasses + L"CLSID\\" + TextOf(*description.clsid);
 }
 
+// Each bitness has its own keys of classes and interfaces; both share names and type library.
+constexpr bool kIs64Bit = sizeof(void*) == 8;
+constexpr REGSAM kOtherBitness = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+
 /// Thrown and caught in this file only.
 struct RegistryFault {};
 
@@ -54,6 +58,22 @@ void Write(Users users, const std::wstring& key, const wchar_t* name, const std:
   if (RegSetKeyValueW(RootOf(users), key.c_str(), name, REG_SZ, value.c_str(), bytes)) {
     throw RegistryFault();
   }
+}
+
+/// A key's own value, empty if there is none.
+std::wstring Read(Users users, const std::wstring& key) {
+  DWORD bytes = 0;
+  const auto read = [&](wchar_t* text) {
+    return RegGetValueW(RootOf(users), key.c_str(), nullptr, RRF_RT_REG_SZ, nullptr, text, &bytes);
+  };
+  if (read(nullptr) || bytes < sizeof(wchar_t)) return {};
+  std::wstring text(bytes / sizeof(wchar_t), L'\0');
+  return read(text.data()) ? std::wstring() : text.c_str();
+}
+
+bool DeleteKey(Users users, const std::wstring& key) {
+  const LSTATUS status = RegDeleteTreeW(RootOf(users), key.c_str());
+  return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
 }
 
 /// While it lives, HKEY_CLASSES_ROOT of this process is the user's own classes: Wine registers a
@@ -133,11 +153,6 @@ HRESULT RegisterLibrary(Users users, ITypeLib& library, std::wstring path) {
   return RegisterTypeLibForUser(&library, path.data(), nullptr);
 }
 
-bool DeleteKey(Users users, const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(RootOf(users), key.c_str());
-  return status == ERROR_SUCCESS || status == ERROR_FILE_NOT_FOUND;
-}
-
 HRESULT UnregisterLibrary(Users users, const LibraryIdentity& of) {
   if (users == Users::kAll) {
     return UnRegisterTypeLib(of.guid, of.major, of.minor, of.locale, of.system);
@@ -159,6 +174,49 @@ bool UnregisterLibrary(Users users, ITypeLib& library, const LibraryIdentity& id
          IsUnregistered(UnregisterLibrary(users, identity));
 }
 
+bool IsRegisteredForOtherBitness(Users users, const ClassDescription& description) {
+  const std::wstring key = ClassKeyOf(description) + L"\\InprocServer32";
+  HKEY opened = nullptr;
+  if (RegOpenKeyExW(RootOf(users), key.c_str(), 0, KEY_QUERY_VALUE | kOtherBitness, &opened)) {
+    return false;
+  }
+  RegCloseKey(opened);
+  return true;
+}
+
+std::wstring HexText(unsigned long number) {
+  wchar_t text[9];
+  return _ultow(number, text, 16);
+}
+
+/// Where registering wrote it.
+std::wstring LibraryKeyOf(const LibraryIdentity& library) {
+  return kClasses + L"TypeLib\\" + TextOf(library.guid) + L"\\" + HexText(library.major) + L"." +
+         HexText(library.minor);
+}
+
+std::wstring FolderOf(const std::wstring& path) { return path.substr(0, path.rfind(L'\\')); }
+
+/// Leaves the library to the other bitness. The system would take the interfaces away from both.
+bool WithdrawLibrary(Users users, const LibraryIdentity& library) {
+  const std::wstring key = LibraryKeyOf(library);
+  const std::wstring paths = key + L"\\" + HexText(library.locale);
+  const std::wstring own = paths + (kIs64Bit ? L"\\win64" : L"\\win32");
+  const std::wstring help = Read(users, key + L"\\HELPDIR");
+  const std::wstring other = Read(users, paths + (kIs64Bit ? L"\\win32" : L"\\win64"));
+  // Whichever was registered last had its folder written there.
+  if (!other.empty() && help == FolderOf(Read(users, own))) {
+    Write(users, key + L"\\HELPDIR", nullptr, FolderOf(other));
+  }
+  return DeleteKey(users, own);
+}
+
+bool UnregisterNames(Users users, const ClassDescription& description, WORD major) {
+  bool clean = DeleteKey(users, kClasses + ProgIdOf(description));
+  clean &= DeleteKey(users, kClasses + VersionedProgIdOf(description, major));
+  return clean;
+}
+
 }  // namespace
 
 HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
@@ -177,12 +235,18 @@ HRESULT Register(std::span<ClassObject> classes, Users users) noexcept try {
 HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept try {
   const ComPtr<ITypeLib> library = OwnLibrary();
   const LibraryIdentity identity = IdentityOf(*library.Get());
-  bool clean = UnregisterLibrary(users, *library.Get(), identity);
+  bool clean = true;
+  bool is_shared = false;
   for (const ClassObject& each : classes) {
-    clean &= DeleteKey(users, ClassKeyOf(each.Description()));
-    clean &= DeleteKey(users, kClasses + ProgIdOf(each.Description()));
-    clean &= DeleteKey(users, kClasses + VersionedProgIdOf(each.Description(), identity.major));
+    const ClassDescription& description = each.Description();
+    // Its own class first: a 32-bit Windows shows it as one of the other bitness, too.
+    clean &= DeleteKey(users, ClassKeyOf(description));
+    const bool has_other = IsRegisteredForOtherBitness(users, description);
+    clean &= has_other || UnregisterNames(users, description, identity.major);
+    is_shared |= has_other;
   }
+  clean &= is_shared ? WithdrawLibrary(users, identity)
+                     : UnregisterLibrary(users, *library.Get(), identity);
   return clean ? S_OK : SELFREG_E_CLASS;
 } catch (const RegistryFault&) {
   return SELFREG_E_TYPELIB;

@@ -17,6 +17,8 @@ enum class Users { kAll, kCurrent };
 HRESULT Register(std::span<ClassObject> classes, Users users) noexcept;
 
 /// Removes every key that `Register` wrote for these users; keys that are not there are no fault.
+/// What both bitnesses share (ProgIDs, type library, interfaces) stays for a component of the other
+/// bitness that is registered for the same users.
 HRESULT Unregister(std::span<ClassObject> classes, Users users) noexcept;
 
 }  // namespace zepkit10

@@ -1,19 +1,16 @@
 """The installer: what it puts onto a machine, in place of what, and what is left once it is removed."""
 import pathlib
-import re
 import tempfile
 import unittest
 
 from package import installer, registry as entries
 from package.product import Product
-from wine_machine import (DLL, DRIVE_C, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, USER_CLASSES, changes, registry, run,
-                          value, wine)
+from wine_machine import (DLL, DRIVE_C, LOCAL_CLASSES, PLATFORM, PRESET, ROOT, USER_CLASSES, changes, of_component,
+                          registry, run, value, wine)
 
 PACKAGE = ROOT / f'build/package/zepkit10-{PRESET}.msi'
 PRODUCT = Product()
 SCRIPT = 'WScript.Echo CreateObject("Zepkit10.Global").Compute("2*SIN(0)^2+|1-3|")\n'
-# Where Windows keeps account of what is installed.
-ACCOUNTS = re.compile(r'\\(software\\classes\\installer|currentversion\\(installer|uninstall))\\')
 
 
 def install(package, *properties):
@@ -35,11 +32,6 @@ def computes(folder):
     script = pathlib.Path(folder) / 'compute.vbs'
     script.write_text(SCRIPT, encoding='ascii')
     return run('cscript', '//nologo', f'Z:{script}')[0].strip()
-
-
-def of_component(keys):
-    """The keys that are the component's: without the accounts of Windows."""
-    return {key: lines for key, lines in keys.items() if not ACCOUNTS.search(key + '\\')}
 
 
 def added(before, after):

@@ -33,7 +33,9 @@ def name_entries(product):
 
 
 def _library_key(product):
-    return rf'TypeLib\{product.library.guid}\{product.library.version}'
+    # In the registry, the version of a type library is hexadecimal.
+    version = '.'.join(f'{int(number):x}' for number in product.library.version.split('.'))
+    return rf'TypeLib\{product.library.guid}\{version}'
 
 
 def library_entries(product, folder):
