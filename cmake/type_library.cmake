@@ -7,6 +7,7 @@
 # implements the classes), NAME_TLB, and the target NAME_abi to depend on.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
 set(ABI_GENERATOR ${PROJECT_SOURCE_DIR}/tools/generate_abi.py ${PROJECT_SOURCE_DIR}/tools/idl.py)
+set(TYPE_LIBRARY_SETTLER ${PROJECT_SOURCE_DIR}/tools/settle_type_library.py)
 if(WIN32)
   find_program(WIDL widl REQUIRED)
   find_path(IDL_IMPORTS oaidl.idl PATHS /usr/include/wine/wine/windows REQUIRED
@@ -67,7 +68,8 @@ function(add_type_library name idl)
       COMMAND ${widl} -h -o ${out}/${library}.h ${header_idl}
       COMMAND ${widl} -u -o ${out}/${library}_i.c ${header_idl}
       COMMAND ${widl} -t -o ${out}/${library}.tlb ${idl}
-      DEPENDS ${idl} ${header_idl} VERBATIM
+      COMMAND Python3::Interpreter ${TYPE_LIBRARY_SETTLER} ${out}/${library}.tlb
+      DEPENDS ${idl} ${header_idl} ${TYPE_LIBRARY_SETTLER} VERBATIM
       COMMENT "Compiling the type library ${library}")
     list(APPEND made ${out}/${library}.h ${out}/${library}.tlb)
     list(APPEND sources ${out}/${library}_i.c)

@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import shutil
+import struct
 import subprocess
 import sys
 import tempfile
@@ -72,6 +73,32 @@ class ReproducibilityTest(unittest.TestCase):
                               stdout=subprocess.PIPE, text=True)
         self.assertEqual(0, done.returncode, done.stdout)
         self.assertEqual(len(self.first) - 1, len(done.stdout.splitlines()))
+
+
+class TracesTest(unittest.TestCase):
+    """What a build could tell of itself, so that no two were the same. `./dev package --twice` compares two."""
+
+    @staticmethod
+    def built():
+        for bitness in BITNESSES:
+            for path in (Product().dll(bitness), Product().zepcheck(bitness), Product().generated(bitness, 'Zepkit10.tlb')):
+                yield path, path.read_bytes()
+
+    def test_nothing_tells_the_folder_of_the_build(self):
+        for path, content in self.built():
+            with self.subTest(path):
+                for folder in (str(ROOT), str(ROOT).replace('/', '\\'), str(pathlib.Path.home()) + '/'):
+                    self.assertNotIn(folder.encode(), content)
+                    self.assertNotIn(folder.encode('utf-16-le'), content)
+
+    def test_nothing_tells_the_time_of_the_build(self):
+        for path, content in self.built():
+            with self.subTest(path):
+                library = content[content.index(b'MSFT\x02\x00\x01\x00'):]
+                self.assertEqual([b'Tue Jan  1 00:00:00 1980'], re.findall(rb'Created by WIDL \S+ \S+ at (.{24})', library))
+                if path.suffix != '.tlb':
+                    headers = struct.unpack_from('<I', content, 0x3c)[0]
+                    self.assertEqual((b'PE\0\0', 0), struct.unpack_from('<4s4xI', content, headers))
 
 
 class CodesTest(unittest.TestCase):
