@@ -1,8 +1,8 @@
 """What the generator of the site makes of small texts."""
 import unittest
 
-from docs.layout import link
-from docs.markdown_page import error_advice, read_document, redirect
+from docs.layout import breakable, link
+from docs.markdown_page import error_advice, read_document, redirect, render
 from docs.model import TypeLibrary
 from docs.pictures import picture_script
 from docs.reference import Reference
@@ -65,6 +65,10 @@ class Documents(unittest.TestCase):
         with self.assertRaisesRegex(ValueError, 'item without an error'):
             error_advice(read_document('a.md', '# A\n\n## Errors\n- nothing\n'))
 
+    def test_have_steps_of_their_own_behind_indented_lines(self):
+        text = '1.  Do:\n\n        this\n\n    and that.\n2.  Try:\n\n        it\n3.  End.\n'
+        self.assertEqual(3, render(text).count('<li>'))
+
     def test_links_are_resolved_from_their_page(self):
         def resolve(target):
             return {'guides/b.md': 'guides/b.html', '../x.cpp': 'source/x.cpp.html'}[target]
@@ -75,6 +79,11 @@ class Documents(unittest.TestCase):
     def test_links_of_pages(self):
         self.assertEqual('<a href="#c">x</a>', link('a/b.html', 'a/b.html#c', 'x'))
         self.assertEqual('<a href="../d.html#c">x</a>', link('a/b.html', 'd.html#c', 'x'))
+
+
+    def test_long_names_break_between_words(self):
+        self.assertEqual('Zep<wbr>Vb<wbr>Errors298<wbr>To746', breakable('ZepVbErrors298To746'))
+        self.assertEqual('C++ &amp; VBA', breakable('C++ & VBA'))
 
 
 class Members(unittest.TestCase):
@@ -111,6 +120,12 @@ class Members(unittest.TestCase):
         self.assertEqual((0x800A0006, 'zepVbErrOverflow'), (overflow.hresult, overflow.constant))
         with self.assertRaisesRegex(KeyError, 'error 7'):
             self.library.errors['7']
+
+
+    def test_errors_lead_to_what_to_do(self):
+        page = self.reference.enumeration_page(self.library.enumerations['ZepErrors'],
+                                               {'zepErrBad': {'Thing': 'reference/Thing.html#error-zepErrBad'}})
+        self.assertIn('<small>What to do: <a href="Thing.html#error-zepErrBad">Thing</a></small>', page)
 
 
 class Pictures(unittest.TestCase):

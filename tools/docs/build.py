@@ -14,12 +14,13 @@ import sys
 
 from docs import help_contexts, search_index
 from docs.layout import escape, layout
-from docs.markdown_page import read_document, redirect, render, whole
+from docs.markdown_page import error_advice, read_document, redirect, render, whole
 from docs.model import TypeLibrary
 from docs.reference import Reference
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
 SOURCE = ROOT / 'docs'
+ERRORS, OF_EVERY_CLASS = 'guides/errors.md', 'Errors of every class'  # a document and a section of it
 INTERNAL = ('architecture.md',)  # for those who build the component
 
 
@@ -99,6 +100,17 @@ class Site:
         body = self.reference.class_page(described, document)
         self.write(page, described.name, redirect(page, body, self.resolve_written))
 
+    def advice(self):
+        """Where it is told what to do about an error, by its key: addresses by what they are called."""
+        found = {}
+        for key in error_advice(self.documents[ERRORS], OF_EVERY_CLASS):
+            found[key] = {'every class': f'{page_of(ERRORS)}#{OF_EVERY_CLASS.lower().replace(" ", "-")}'}
+        for name, described in self.library.classes.items():
+            if name != 'Library':  # has what Global has
+                for key in [*described.errors, *error_advice(self.documents[f'reference/{name}.md'])]:
+                    found.setdefault(key, {})[name] = f'{self.reference.path(name)}#error-{key}'
+        return found
+
     def resolve_written(self, target):
         """Generated links are the site's already."""
         return target if target.endswith('.html') else self.resolve(target)
@@ -110,9 +122,10 @@ class Site:
                 self.write_document(name)
         for described in self.library.classes.values():
             self.write_class(described)
+        advice = self.advice()
         for enumeration in self.library.enumerations.values():
             self.write(self.reference.path(enumeration.name), enumeration.name,
-                       self.reference.enumeration_page(enumeration))
+                       self.reference.enumeration_page(enumeration, advice))
         page = self.library.help_file
         self.write(page, 'Help by number', help_contexts.body(page, self.library, self.reference.path))
         for source in sorted(self.sources):

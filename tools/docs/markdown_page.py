@@ -40,8 +40,13 @@ def whole(document):
     return '\n\n'.join([document.lead, *(f'## {name}\n\n{text}' for name, text in document.sections.items())])
 
 
+def with_steps_apart(text):
+    """A numbered step that follows an indented line is otherwise taken for a part of that paragraph."""
+    return re.sub(r'^((?: {4}|\t).*\n)(?=\d+\. )', r'\1\n', text, flags=re.MULTILINE)
+
+
 def render(text):
-    return markdown.markdown(text, extensions=['tables', 'fenced_code', 'toc', 'sane_lists'])
+    return markdown.markdown(with_steps_apart(text), extensions=['tables', 'fenced_code', 'toc', 'sane_lists'])
 
 
 def plain(text):
@@ -49,14 +54,14 @@ def plain(text):
     return html.unescape(re.sub(r'<[^>]*>', '', render(text)))
 
 
-def error_advice(document):
-    """What to do, as Markdown, and who raises it, as far as the page says so, by error. Read from the section
-    Errors, a list of items like `- `zepErrBadCall`: advice` or `- `11` (`Draw`): advice`."""
+def error_advice(document, section='Errors'):
+    """What to do, as Markdown, and who raises it, as far as the page says so, by error. Read from a section with
+    a list of items like `- `zepErrBadCall`: advice` or `- `11` (`Draw`): advice`."""
     found = {}
-    for item in re.split(r'^- ', document.sections.get('Errors', ''), flags=re.MULTILINE)[1:]:
+    for item in re.split(r'^- ', document.sections.get(section, ''), flags=re.MULTILINE)[1:]:
         match = re.match(r'`(\w+)`(?: \((.*?)\))?: (.*)', item, re.DOTALL)
         if not match:
-            raise ValueError(f'{document.path}: the section Errors has an item without an error: {item}')
+            raise ValueError(f'{document.path}: the section {section} has an item without an error: {item}')
         found[match[1]] = (' '.join(match[3].split()), re.findall(r'\w+', match[2] or ''))
     return found
 

@@ -135,18 +135,27 @@ class Reference:
         body.append(self.errors(page, described, error_advice(document)))
         return ''.join(body)
 
-    def enumeration_page(self, enumeration):
+    def enumeration_page(self, enumeration, advice=None):
+        """`advice` tells of an error's key where it is told what to do about it: addresses by the links' texts."""
+        page, advice = self.path(enumeration.name), advice or {}
+        keys = {error.constant: key for key, error in self.library.errors.by_key.items()
+                if error.enumeration == enumeration.name}
         hexadecimal = enumeration.name == 'ZepErrors'
         rows = []
         for each in enumeration.constants:
             number = f'{each.value}' + (f'<br> <small>0x{each.value & 0xFFFFFFFF:08X}</small>' if hexadecimal else '')
             comment = re.sub(r'^0x\w+: ', '', each.comment)
             rows.append(f'<tr id="{each.name}"><td><code>{each.name}</code></td><td>{number}</td>'
-                        f'<td>{escape(comment)}</td></tr>\n')
+                        f'<td>{escape(comment)}{self.advised(page, advice.get(keys.get(each.name), {}))}</td></tr>\n')
         users = self.users(enumeration.name)
         used = f'<p>Used by {", ".join(users)}.</p>\n' if users else ''
         return (f'<h1>{enumeration.name}</h1>\n<p>{escape(enumeration.help)}.</p>\n{used}<div class="wide"><table class="facts enumeration">\n'
                 f'<tr><th>Constant</th><th>Value</th><th>Meaning</th></tr>\n{"".join(rows)}</table></div>\n')
+
+    @staticmethod
+    def advised(page, targets):
+        links = ', '.join(link(page, target, escape(text)) for text, target in targets.items())
+        return f'<br>\n<small>What to do: {links}</small>' if links else ''
 
     def users(self, name):
         """Links to the members that take or return an enumeration."""
