@@ -9,7 +9,7 @@ from html.parser import HTMLParser
 from docs.build import read_documents, read_library
 
 SITE = pathlib.Path(os.environ['ZEPKIT10_SITE']).resolve()
-VOID = {'meta', 'link', 'br', 'img', 'input', 'hr'}
+VOID = {'meta', 'link', 'br', 'wbr', 'img', 'input', 'hr'}
 
 
 class Page(HTMLParser):

@@ -1,6 +1,7 @@
 """The frame that every page of the site has."""
 import html
 import posixpath
+import re
 
 PAGE = '''<!DOCTYPE html>
 <html lang="en">
@@ -44,6 +45,11 @@ def link(page, target, text):
     return f'<a href="{posixpath.relpath(path, posixpath.dirname(page) or ".")}{mark}{anchor}">{text}</a>'
 
 
+def breakable(name):
+    """A name as HTML that a narrow column breaks between its words."""
+    return re.sub(r'(?<=[a-z0-9])(?=[A-Z])', '<wbr>', escape(name))
+
+
 def navigation(page, groups):
     """Groups are pairs of a heading and its pages, pairs of a path and a text."""
     lines = []
@@ -51,7 +57,7 @@ def navigation(page, groups):
         lines.append(f'<h2>{escape(heading)}</h2>\n<ul>')
         for path, text in entries:
             here = ' aria-current="page"' if path == page else ''
-            lines.append(f'<li{here}>{link(page, path, escape(text))}</li>')
+            lines.append(f'<li{here}>{link(page, path, breakable(text))}</li>')
         lines.append('</ul>')
     return '\n'.join(lines)
 
