@@ -1,4 +1,7 @@
 """Examples that nothing here can run are at least of a language that is known, and read where a reader exists."""
+import pathlib
+import subprocess
+import tempfile
 import unittest
 
 from doc_examples import examples
@@ -23,6 +26,19 @@ class Examples(unittest.TestCase):
         for name, example in found:
             with self.subTest(f'{name}:{example.line}'):
                 compile(example.code, name, 'exec')
+
+    def test_in_csharp_are_parsed(self):
+        found = [(name, each) for name, each in all_examples() if each.language == 'csharp']
+        self.assertTrue(found)
+        with tempfile.TemporaryDirectory() as folder:
+            for name, example in found:
+                with self.subTest(f'{name}:{example.line}'):
+                    source = pathlib.Path(folder) / 'example.cs'
+                    is_whole = 'class ' in example.code
+                    source.write_text(example.code if is_whole else f'class Example {{ void Run() {{ {example.code} }} }}',
+                                      encoding='utf-8')
+                    done = subprocess.run(['mcs', '--parse', source], capture_output=True, text=True, check=False)
+                    self.assertEqual(0, done.returncode, done.stdout + done.stderr)
 
     def test_are_there_for_every_language(self):
         self.assertEqual(LANGUAGES, {each.language for _, each in all_examples()})
