@@ -1,8 +1,9 @@
 """What the generator of the site makes of small texts."""
+import re
 import unittest
 
 from docs.layout import breakable, link
-from docs.markdown_page import error_advice, read_document, redirect, render
+from docs.markdown_page import error_advice, framed_tables, read_document, redirect, render
 from docs.model import TypeLibrary
 from docs.pictures import picture_script
 from docs.reference import Reference
@@ -68,6 +69,12 @@ class Documents(unittest.TestCase):
     def test_have_steps_of_their_own_behind_indented_lines(self):
         text = '1.  Do:\n\n        this\n\n    and that.\n2.  Try:\n\n        it\n3.  End.\n'
         self.assertEqual(3, render(text).count('<li>'))
+
+    def test_have_tables_that_a_phone_can_show(self):
+        self.assertRegex(framed_tables(render('| a | b |\n|---|---|\n| 1 | 2 |\n')), r'<div class="wide"><table>\n<thead>')
+        text = framed_tables(render(f'| a | <b>&</b> |\n|---|---|\n| 1 | {"x" * 101} |\n| 2 | y |\n'))
+        self.assertIn('<div class="wide"><table class="stacked">', text)
+        self.assertEqual(['a', '&amp;', 'a', '&amp;'], re.findall('data-label="(.*?)"', text))
 
     def test_links_are_resolved_from_their_page(self):
         def resolve(target):

@@ -82,6 +82,13 @@ class InTheBrowser(unittest.TestCase):
         self.assertEqual([], missed)
         self.assertGreater(len(wanted), 500)
 
+    def test_search_finds_errors_by_their_numbers(self):
+        self.open('index.html')
+        for query, constant in (('error 11', 'zepVbErrDivisionByZero'), ('-2147220476', 'zepErrItemNotExistant'),
+                                ('0x80040404', 'zepErrItemNotExistant'), ('error 457', 'zepVbErrThisKey')):
+            with self.subTest(query):
+                self.assertIn(constant, self.browser.run('return find(arguments[0])[0].name', query))
+
     def test_search_results_fit_a_phone(self):
         self.browser.resize(*PHONE)
         self.open('index.html')

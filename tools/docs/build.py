@@ -14,7 +14,7 @@ import sys
 
 from docs import help_contexts, search_index
 from docs.layout import escape, layout
-from docs.markdown_page import error_advice, read_document, redirect, render, whole
+from docs.markdown_page import error_advice, framed_tables, read_document, redirect, render, whole
 from docs.model import TypeLibrary
 from docs.reference import Reference
 
@@ -88,8 +88,7 @@ class Site:
     def write_document(self, name):
         document = self.documents[name]
         page = page_of(name)
-        body = render(f'# {document.title}\n\n{whole(document)}').replace('<table>', '<div class="wide"><table>')
-        body = body.replace('</table>', '</table></div>')
+        body = framed_tables(render(f'# {document.title}\n\n{whole(document)}'))
         self.write(page, document.title, redirect(page, body, self.resolve))
 
     def write_class(self, described):

@@ -1,11 +1,14 @@
 """The hand-written pages: Markdown, read into sections and rendered, with links turned into the site's."""
 import html
+import itertools
 import posixpath
 import re
 from dataclasses import dataclass
 
 import markdown
 
+STACKED = '<table class="stacked">'
+WIDEST_CELL = 100  # characters that a column of a phone can take
 LINK = re.compile(r'(href|src)="([^"]*)"')
 
 
@@ -51,7 +54,26 @@ def render(text):
 
 def plain(text):
     """Rendered Markdown as plain text."""
-    return html.unescape(re.sub(r'<[^>]*>', '', render(text)))
+    return without_tags(render(text))
+
+
+def without_tags(text):
+    return html.unescape(re.sub(r'<[^>]*>', '', text))
+
+
+def framed_tables(text):
+    """Rendered tables in frames that scroll. Cells of those that are too much for a phone are labelled, so that it can
+    show them one below the other."""
+    def framed(match):
+        labels = [without_tags(each) for each in re.findall(r'<th\b[^>]*>(.*?)</th>', match[0])]
+        cells = [without_tags(each) for each in re.findall(r'<td\b[^>]*>(.*?)</td>', match[0])]
+        if len(labels) < 4 and max(map(len, cells), default=0) <= WIDEST_CELL:
+            return f'<div class="wide">{match[0]}</div>'
+        of_cells = itertools.cycle(labels)
+        labelled = re.sub(r'<td\b', lambda _: f'<td data-label="{html.escape(next(of_cells))}"', match[0])
+        return f'<div class="wide">{labelled.replace("<table>", STACKED)}</div>'
+
+    return re.sub(r'<table>.*?</table>', framed, text, flags=re.DOTALL)
 
 
 def error_advice(document, section='Errors'):

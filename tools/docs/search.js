@@ -7,7 +7,8 @@ const root = document.body.dataset.root;
 const kLimit = 40;
 let chosen = 0;
 
-// Lower is better; Infinity for no match. Each word must occur in the name, the class or the text.
+// Lower is better; Infinity for no match. Each word must occur in the name, the class or the text, which of a constant
+// begins with its value.
 function rank(entry, words) {
   const name = entry.name.toLowerCase();
   const full = entry.of ? `${entry.of.toLowerCase()}.${name}` : name;
@@ -15,7 +16,7 @@ function rank(entry, words) {
   const minor = entry.kind === 'constant' || entry.kind === 'section' ? 2 : 0;
   let sum = 0;
   for (const word of words) {
-    if (name === word || full === word) sum += minor;
+    if (name === word || full === word || text.startsWith(`${word}:`)) sum += minor;
     else if (name.startsWith(word) || full.startsWith(word)) sum += 4 + minor;
     else if (name.includes(word)) sum += 8 + minor;
     else if (full.includes(word)) sum += 12 + minor;
