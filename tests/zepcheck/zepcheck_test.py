@@ -95,9 +95,10 @@ class ZepcheckTest(unittest.TestCase):
 
     def test_leaves_folders_of_others_alone(self):
         wine('regsvr32', '/s', DLL)
-        # Whatever number the process has, there is a folder of its name, with a file.
+        # Whatever number the process has, there are folders of its name, with a file in each.
         temporary = [path for path in (DRIVE_C / 'users').rglob('Temp') if path.is_dir()]
-        files = [folder / f'zepcheck {number} 1/kept.txt' for folder in temporary for number in range(4, 4000, 4)]
+        files = [folder / f'zepcheck {number}{end}/kept.txt' for folder in temporary for number in range(4, 2000, 4)
+                 for end in ('', ' 1', ' 2')]
         self.assertTrue(files)
         for file in files:
             file.parent.mkdir()
