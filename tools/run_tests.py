@@ -341,6 +341,14 @@ def have_32_bits():
     return subprocess.run([str(ROOT / 'tools/make_wine32.sh')], check=False).returncode == 0
 
 
+def lane_of(name):
+    """Suites that need the same user of Windows run one after another; they wait often enough to leave time
+    for others."""
+    if 'german' in name or name in ('format', 'tools', 'unit', 'fuzz', 'binary', 'both-bitnesses'):
+        return 'other users, or none'
+    return 'english-x86' if name in X86_SUITES else 'english'
+
+
 def report(run):
     for name in run.skipped:
         print(f'skipped {name}')
@@ -367,10 +375,11 @@ def main():
             sys.exit('Without a 32-bit Wine nothing can be tested for 32 bits, see above.')
         run.skipped += [f'{name}: there is no 32-bit Wine, see above' for name in X86_SUITES]
         names = [name for name in names if name not in X86_SUITES]
-    # What runs for one bitness leaves a core for the other's.
-    lanes = [[name for name in names if name not in X86_SUITES], [name for name in names if name in X86_SUITES]]
+    lanes = {lane_of(name): [] for name in names}
+    for name in names:
+        lanes[lane_of(name)].append(name)
     with ThreadPoolExecutor(len(lanes)) as threads:
-        list(threads.map(lambda lane: [run.add(name) for name in lane], lanes))
+        list(threads.map(lambda lane: [run.add(name) for name in lane], lanes.values()))
     report(run)
     sys.exit(1 if run.failures else 0)
 
