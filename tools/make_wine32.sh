@@ -27,7 +27,7 @@ echo "Unpacking a 32-bit Wine into $root (100 MB to fetch)"
 rm -rf "$root" "$root.packages"
 mkdir -p "$root" "$root.packages/lists/partial"
 
-unpack() {
+unpack() (
   tools/install_packages.sh wine wine32
   cd "$root.packages"
   local apt=(apt-get -o APT::Architectures=i386 -o Dir::State::Lists="$PWD/lists"
@@ -44,7 +44,7 @@ unpack() {
   # What stands there looks for the machine's own server first, which is one for 64 bits.
   ln -sf wineserver32 "$root/usr/lib/wine/wineserver"
   "$root/usr/lib/wine/wine" --version
-}
+)
 
 if ! unpack < /dev/null > "$root.log" 2>&1; then
   echo "A 32-bit Wine is not to be had here; its last words, from $root.log:" >&2
