@@ -131,11 +131,11 @@ def fuzz(run):
 
 
 class Windows:
-    """A Windows of one bitness and language: what is built for it, and how programs run there."""
+    """A Windows of one bitness and user: what is built for it, and how programs run there."""
 
-    def __init__(self, preset, language='english'):
+    def __init__(self, preset, user='english'):
         self.preset = preset
-        self.user = language if preset == 'x64' else f'{language}-{preset}'
+        self.user = user if preset == 'x64' else f'{user}-{preset}'
         self.dll = str(BUILD / preset / 'zepkit10.dll')
         tools = f"{'x86_64' if preset == 'x64' else 'i686'}-w64-mingw32"
         self.compiler, self.c_compiler = f'{tools}-g++-posix', f'{tools}-gcc-posix'
@@ -301,6 +301,20 @@ def both_bitnesses(run):
     return run.unittests('tests/both_bitnesses', WINE_USER='english-both')
 
 
+def suites_for_clients_on(preset):
+    """Those that install the component."""
+    windows = Windows(preset, 'english-clients')
+    return {
+        'registration': registration(windows),
+        'zepcheck': zepcheck(windows),
+        'package': package(windows),
+        'script': script(windows),
+        'samples': samples(windows),
+        'clients': clients(windows),
+        'documents': documents(windows),
+    }
+
+
 def suites_on(preset):
     """Tests whose name says German need a German user."""
     english, german = Windows(preset), Windows(preset, 'german')
@@ -313,13 +327,7 @@ def suites_on(preset):
         'com-german': com(german, '*German*'),
         'com-dll-german': com_dll(german, '*German*'),
         'monkey': monkey(english),
-        'registration': registration(english),
-        'zepcheck': zepcheck(english),
-        'package': package(english),
-        'script': script(english),
-        'samples': samples(english),
-        'clients': clients(english),
-        'documents': documents(english),
+        **suites_for_clients_on(preset),
     }
 
 
@@ -346,7 +354,8 @@ def lane_of(name):
     for others."""
     if 'german' in name or name in ('format', 'tools', 'unit', 'fuzz', 'binary', 'both-bitnesses'):
         return 'other users, or none'
-    return 'english-x86' if name in X86_SUITES else 'english'
+    family = 'clients' if name.removesuffix('-x86') in suites_for_clients_on('x64') else 'english'
+    return family + ('-x86' if name in X86_SUITES else '')
 
 
 def report(run):

@@ -5,7 +5,8 @@
 # texts from it. Each has a prefix of its own, build/wine/USER, made when it is first used, because
 # every process there writes the locale into it. `english-x86` and `german-x86` have 32-bit machines, and
 # the 64-bit machine of `english-both` runs 32-bit programs, too (those in C:\windows\syswow64 are some);
-# tools/make_wine32.sh provides them. Passes output and exit code of the program through.
+# tools/make_wine32.sh provides them. `english-clients` and `english-clients-x86` are for what installs the
+# component, so that other tests can run meanwhile. Passes output and exit code of the program through.
 # WINE_TIMEOUT (seconds, 0 for none, 300 if not set) limits the run; past it the exit code is 124.
 set -u
 
@@ -13,9 +14,9 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 user=$1
 shift
 case $user in
-  english | english-x86 | english-both) locale=C.UTF-8 ;;
+  english | english-x86 | english-clients | english-clients-x86 | english-both) locale=C.UTF-8 ;;
   german | german-x86) locale=de_DE.UTF-8 ;;  # the locale itself need not be installed
-  *) echo "tools/wine.sh: the user is english, german, english-x86, german-x86 or english-both, not '$user'" >&2; exit 2 ;;
+  *) echo "tools/wine.sh: there is no user '$user'; see the head of the file" >&2; exit 2 ;;
 esac
 wine=wine wineserver=wineserver
 case $user in
