@@ -37,12 +37,21 @@ VOLATILE = ('hkey_local_machine\\system\\currentcontrolset\\control\\video', 'hk
             'hkey_local_machine\\system\\currentcontrolset\\control\\deviceclasses')
 
 
+def export(root, file):
+    """Once more where a key goes meanwhile: Wine writes the volatile ones anew whenever it starts."""
+    for _ in range(5):
+        output, code = run('reg', 'export', root, f'Z:{file}', '/y')
+        if code == 0:
+            return
+    raise AssertionError(f'exporting {root} ended with {code}\n{output}')
+
+
 def registry():
     """Every lasting key of the machine's and the user's registry, in lower case, with its values."""
     keys = {}
     for root in ('HKLM', 'HKCU'):
         file = ROOT / f'build/{root}-{USER}.reg'
-        wine('reg', 'export', root, f'Z:{file}', '/y')
+        export(root, file)
         for block in file.read_text(encoding='utf-16').split('\n\n'):
             lines = block.strip().splitlines()
             if lines and lines[0].startswith('[') and not lines[0][1:].lower().startswith(VOLATILE):
