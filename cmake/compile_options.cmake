@@ -36,7 +36,7 @@ endif()
 if(WIN32)
   add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0601)
   # GCC 12 warns of the standard library's own strings.
-  add_compile_options(-Wno-array-bounds -Wno-stringop-overread)
+  add_compile_options(-Wno-array-bounds -Wno-stringop-overread -Wno-stringop-overflow)
   # Nobody has the DLLs of this compiler; the same sources give the same bytes.
   add_link_options(-static -Wl,--no-insert-timestamp)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
